@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+Q_DECLARE_LOGGING_CATEGORY(audiodevlog)
+Q_DECLARE_LOGGING_CATEGORY(pulselog)
+Q_DECLARE_LOGGING_CATEGORY(connectionManagerLog)
+Q_DECLARE_LOGGING_CATEGORY(webSocketWorkerLog)
+Q_DECLARE_LOGGING_CATEGORY(heartbeatWorkerLog)
+Q_DECLARE_LOGGING_CATEGORY(restProxyLog)
+Q_DECLARE_LOGGING_CATEGORY(kbdlog)
