@@ -1,0 +1,150 @@
+#include "desktop/KeyboardListener.h"
+
+#include "core/LoggingCategories.h"
+
+#include <QMutexLocker>
+
+#include <X11/Xlib.h>
+#include <X11/extensions/XI2.h>
+#include <X11/extensions/XInput2.h>
+#include <X11/keysym.h>
+
+namespace {
+
+/// How often the worker looks for a stop without a connection, milliseconds.
+constexpr unsigned long IdlePause = 100;
+/// The longest time that a key event waits to be seen, milliseconds.
+constexpr unsigned long PollPause = 20;
+
+struct KnownKey {
+    Qt::Key qtKey;
+    KeySym keysym;
+};
+
+constexpr KnownKey KnownKeys[] = {
+    {Qt::Key_Control, XK_Control_L},
+    {Qt::Key_Control, XK_Control_R},
+    {Qt::Key_CapsLock, XK_Caps_Lock},
+    {Qt::Key_Pause, XK_Pause},
+};
+
+} // namespace
+
+KeyboardListener::KeyboardListener() : RepeatWorker(0) {}
+
+bool KeyboardListener::IsInitialized() const {
+    const QMutexLocker locker(&m_mutex);
+    return m_display != nullptr;
+}
+
+void KeyboardListener::AddKey(Qt::Key key, int modifiers) {
+    const QMutexLocker locker(&m_mutex);
+    for (const KeyEntry &entry : qAsConst(m_keys)) {
+        if (entry.qtKey == key)
+            return;
+    }
+    for (const KnownKey &known : KnownKeys) {
+        if (known.qtKey == key)
+            m_keys.append({key, known.keysym, 0, modifiers});
+    }
+}
+
+void KeyboardListener::ResetKeys(bool pushToTalk) {
+    const QMutexLocker locker(&m_mutex);
+    m_pushToTalk = pushToTalk;
+    m_keys.clear();
+}
+
+void KeyboardListener::initialize() {
+    const QMutexLocker locker(&m_mutex);
+    qCDebug(kbdlog) << "KeyboardListener::initialize";
+    m_held = 0;
+    m_display = openDisplay();
+    if (!m_display)
+        return;
+    for (KeyEntry &entry : m_keys)
+        entry.keycode = XKeysymToKeycode(m_display.get(), entry.keysym);
+    if (!selectRawKeys())
+        m_display.reset();
+}
+
+bool KeyboardListener::selectRawKeys() {
+    Display *display = m_display.get();
+    int event = 0;
+    int error = 0;
+    if (!XQueryExtension(display, "XInputExtension", &m_opcode, &event, &error))
+        return false;
+    // Older clients get no raw events while a menu or the like holds a grab.
+    int major = 2;
+    int minor = 1;
+    if (XIQueryVersion(display, &major, &minor) != Success)
+        return false;
+    unsigned char bits[4] = {};
+    XISetMask(bits, XI_RawKeyPress);
+    XISetMask(bits, XI_RawKeyRelease);
+    XIEventMask mask{XIAllMasterDevices, sizeof bits, bits};
+    if (XISelectEvents(display, DefaultRootWindow(display), &mask, 1) != Success)
+        return false;
+    XSync(display, False);
+    return true;
+}
+
+void KeyboardListener::cleanUp() {
+    qCDebug(kbdlog) << "KeyboardListener::cleanUp";
+    const QMutexLocker locker(&m_mutex);
+    m_display.reset();
+}
+
+void KeyboardListener::repeatableWork(CancellationCondition *cancellation) {
+    // Only this thread changes the pointer, so it reads it without the mutex.
+    if (!m_display)
+        cancellation->pause(IdlePause);
+    else if (XPending(m_display.get()) == 0)
+        cancellation->pause(PollPause);
+    else
+        readEvent();
+}
+
+void KeyboardListener::readEvent() {
+    XEvent event;
+    XNextEvent(m_display.get(), &event);
+    XGenericEventCookie *cookie = &event.xcookie;
+    if (event.type != GenericEvent || !XGetEventData(m_display.get(), cookie))
+        return;
+    const bool isPress = cookie->evtype == XI_RawKeyPress;
+    if (cookie->extension == m_opcode && (isPress || cookie->evtype == XI_RawKeyRelease))
+        takeEdge(static_cast<const XIRawEvent *>(cookie->data)->detail, isPress);
+    XFreeEventData(m_display.get(), cookie);
+}
+
+void KeyboardListener::takeEdge(int keycode, bool isPress) {
+    const int qtKey = getQtKey(keycode);
+    const QMutexLocker locker(&m_mutex);
+    if (m_held == 0) {
+        if (isPress) {
+            m_held = keycode;
+            emit keyEventAction(false, qtKey);
+        }
+        return;
+    }
+    if (m_held == keycode) {
+        if (!isPress) {
+            m_held = 0;
+            emit keyEventAction(true, qtKey);
+        }
+        return;
+    }
+    if (isPress && !m_pushToTalk) {
+        // Typing in between is no gesture; the release of the second key passes unseen.
+        m_held = 0;
+        emit keyEventAction(true, -1);
+    }
+}
+
+int KeyboardListener::getQtKey(int keycode) const {
+    for (const KeyEntry &entry : m_keys) {
+        if (entry.keycode == keycode)
+            return entry.qtKey;
+    }
+    return -1;
+}

@@ -1,0 +1,29 @@
+#include "desktop/TextWriter.h"
+
+#include "desktop/XTextWriter.h"
+
+std::unique_ptr<TextWriter> TextWriter::Writer;
+
+void TextWriter::Init() {
+    Writer = std::make_unique<XTextWriter>();
+}
+
+void TextWriter::Cleanup() {
+    Writer.reset();
+}
+
+bool TextWriter::WriteText(unsigned long window, const QString &text) {
+    return Writer && Writer->writeText(window, text);
+}
+
+bool TextWriter::WriteKey(unsigned long window, const HotKeyInfo &key) {
+    return Writer && Writer->writeKey(window, key);
+}
+
+unsigned long TextWriter::GetFocusedWindow() {
+    return Writer ? Writer->getFocusedWindow() : 0;
+}
+
+bool TextWriter::GetWindowRect(unsigned long window, QRect *rect) {
+    return Writer && Writer->getWindowRect(window, rect);
+}
