@@ -1,0 +1,39 @@
+#include "commands/ExecutableCommandsManager.h"
+
+#include "commands/CommandsInfo.h"
+#include "commands/ExecutableCommandsSource.h"
+#include "connection/WebSocketClient.h"
+#include "connection/messages/MessageType.h"
+
+ExecutableCommandsManager::ExecutableCommandsManager(
+    const QList<ExecutableCommandsSource *> &sources, WebSocketClient *client)
+    : m_sources(sources), m_client(client) {
+    for (const ExecutableCommandsSource *source : m_sources) {
+        connect(source, &ExecutableCommandsSource::commandsChanged, this,
+                &ExecutableCommandsManager::refreshCommands);
+    }
+    refreshCommands();
+}
+
+void ExecutableCommandsManager::refreshCommands() {
+    if (!m_isAnnouncing)
+        return;
+    QList<CommandInfo> commands;
+    for (const ExecutableCommandsSource *source : m_sources)
+        commands += source->executableCommands();
+    const CommandsInfo info(commands);
+    m_client->sendData(MessageType::SetCommands, &info);
+    for (const ExecutableCommandsSource *source : m_sources)
+        source->onCommandsRefreshed();
+}
+
+QString ExecutableCommandsManager::executeCommand(const QString &id) {
+    for (const ExecutableCommandsSource *source : m_sources) {
+        const QList<CommandInfo> commands = source->executableCommands();
+        for (const CommandInfo &command : commands) {
+            if (command.id() == id)
+                return source->executeCommand(command);
+        }
+    }
+    return QString();
+}

@@ -1,0 +1,60 @@
+#include "commands/LaunchManager.h"
+
+#include "core/settings/ClientInfoSettings.h"
+#include "core/settings/LaunchSettings.h"
+#include "recognition/AsrManager.h"
+
+LaunchManager::LaunchManager(AsrManager *asrManager) : m_asrManager(asrManager) {
+    LaunchSettings settings;
+    if (!settings.GlobalEnableVAC) {
+        settings.VoiceActivationEnabled = false;
+        settings.VoiceDeactivationEnabled = false;
+        settings.sync();
+    }
+    updateSettings();
+}
+
+void LaunchManager::updateSettings() {
+    clearCommands();
+    const LaunchSettings settings;
+    const QString desktopId = ClientInfoSettings().getOrCreateDesktopId();
+    if (settings.VoiceActivationEnabled) {
+        m_commands.append(CommandInfo(QStringLiteral("vac_") + desktopId,
+                                      settings.VoiceActivationCommand,
+                                      CommandType::VoiceActivation));
+    }
+    if (settings.VoiceDeactivationEnabled) {
+        m_commands.append(CommandInfo(QStringLiteral("vdc_") + desktopId,
+                                      settings.VoiceDeactivationCommand,
+                                      CommandType::VoiceDeactivation));
+    }
+    m_asrManager->setIsVoiceActivationEnabled(settings.VoiceActivationEnabled);
+    emit commandsChanged();
+}
+
+void LaunchManager::startVoiceActivation() const {
+    // While a connection opens, the target mode follows as the last of its messages anyway.
+    if (!m_asrManager->isOpen())
+        return;
+    const auto mode = m_asrManager->getTargetModeInfo()->mode();
+    if (!mode || *mode < RecognitionMode::Text)
+        m_asrManager->startUninteractiveMode();
+}
+
+void LaunchManager::onCommandsRefreshed() const {
+    startVoiceActivation();
+}
+
+QString LaunchManager::executeCommand(const CommandInfo &command) const {
+    switch (command.type()) {
+    case CommandType::VoiceActivation:
+        m_asrManager->startRecognition();
+        break;
+    case CommandType::VoiceDeactivation:
+        m_asrManager->stopRecognition();
+        break;
+    case CommandType::User:
+        break;
+    }
+    return QString();
+}

@@ -1,0 +1,37 @@
+#include "connection/ConnectionHeartbeat.h"
+
+#include "connection/WebSocketClient.h"
+
+#include <QDebug>
+
+namespace {
+constexpr unsigned long repeatIntervalMs = 2000;
+} // namespace
+
+ConnectionHeartbeat::ConnectionHeartbeat(WebSocketClient *client)
+    : RepeatWorker(repeatIntervalMs), m_client(client) {
+    connect(this, &ConnectionHeartbeat::ping, client, &WebSocketClient::onPing);
+}
+
+void ConnectionHeartbeat::initialize() {
+    m_startTime = QDateTime::currentDateTimeUtc();
+    emit ping();
+}
+
+void ConnectionHeartbeat::repeatableWork(CancellationCondition *cancellation) {
+    if (m_client->pongReceived()) {
+        emit ping();
+        return;
+    }
+    const auto lagTime = static_cast<unsigned int>(
+        QDateTime::currentDateTimeUtc().toSecsSinceEpoch() - m_startTime.toSecsSinceEpoch());
+    if (lagTime <= m_timeoutDelay)
+        return;
+    qDebug() << "lagTime > TimeoutDelay: " << lagTime;
+    emit timeout();
+    cancellation->cancel();
+}
+
+void ConnectionHeartbeat::cleanUp() {
+    m_startTime = QDateTime();
+}

@@ -1,0 +1,105 @@
+#include "connection/CookiesSource.h"
+
+#include "connection/UserInfo.h"
+#include "core/AppVariables.h"
+#include "core/settings/ClientInfoSettings.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QMutexLocker>
+#include <QSettings>
+#include <QThread>
+#include <QUrl>
+
+namespace {
+
+QString variable(const char *name, const char *option) {
+    return AppVariables::sm_stdVars.get(QString::fromLatin1(name), QString::fromLatin1(option));
+}
+
+QString profileFile(const char *name) {
+    return QDir(variable("ConfigLocation", ""))
+        .filePath(QStringLiteral("%1/%2/%3")
+                      .arg(QCoreApplication::organizationName(),
+                           QCoreApplication::applicationName(), QString::fromLatin1(name)));
+}
+
+struct ProfileCookie {
+    const char *name;
+    const char *key;
+};
+
+void appendProfile(QList<QNetworkCookie> *cookies, const char *fileName,
+                   std::initializer_list<ProfileCookie> rows) {
+    QSettings file(profileFile(fileName), QSettings::IniFormat);
+    file.setIniCodec("UTF-8");
+    for (const ProfileCookie &row : rows) {
+        const QString value = file.value(QString::fromLatin1(row.key)).toString();
+        cookies->append(CookiesSource::encodedCookie(row.name, value));
+    }
+}
+
+} // namespace
+
+CookiesSource::CookiesSource() : m_initThread(QThread::create([this] { initializeCookies(); })) {
+    m_initThread->start(QThread::InheritPriority);
+}
+
+CookiesSource::~CookiesSource() {
+    m_initThread->wait();
+}
+
+QByteArray CookiesSource::encode(const QString &value) {
+    return QUrl::toPercentEncoding(value, "({[ ]})", ";");
+}
+
+QNetworkCookie CookiesSource::encodedCookie(const char *name, const QString &value) {
+    return QNetworkCookie(name, encode(value));
+}
+
+void CookiesSource::initializeCookies() {
+    if (!m_cookies.isEmpty())
+        return;
+    const QString account = variable("env", "USER");
+    qInfo().noquote() << "Connection: user " << account;
+    const UserInfo &user = UserInfo::instance();
+    m_cookies = {
+        encodedCookie("CLIENT_APP_VERSION", variable("build", "Version")),
+        encodedCookie("CLIENT_APP_NAME", variable("build", "ClientAppName")),
+        encodedCookie("DESKTOP_ID", ClientInfoSettings().getOrCreateDesktopId()),
+        encodedCookie("ENVIRONMENT", user.environment()),
+        encodedCookie("ACCOUNT", account),
+        encodedCookie("HOSTNAME", user.hostName()),
+        encodedCookie("USER_DOMAIN", user.userDomain()),
+        encodedCookie("USER_NAME", user.userName()),
+    };
+}
+
+QList<QNetworkCookie> CookiesSource::getCookies() const {
+    m_initThread->wait();
+    QList<QNetworkCookie> cookies = m_cookies;
+    {
+        const QMutexLocker locker(&m_additionalMutex);
+        cookies += m_additionalCookies;
+    }
+    appendProfile(&cookies, "Organisation.ini",
+                  {{"REGION_CODE", "Organisation/RegionCode"},
+                   {"ORG_FULL_NAME", "Organisation/OrganisationFullName"},
+                   {"ORG_PSRN", "Organisation/OrganisationPSRN"},
+                   {"ORG_OID", "Organisation/OrganisationOid"},
+                   {"ROOM", "Organisation/Room"}});
+    appendProfile(&cookies, "UserInfo.ini",
+                  {{"USER", "UserInfo/UserName"},
+                   {"USER_SPEC", "UserInfo/Specialisation"},
+                   {"USER_IIAN", "UserInfo/UserIian"}});
+    cookies << encodedCookie("TIMEZONE", QString()) << encodedCookie("MIS_TYPE", QString())
+            << encodedCookie("MIS_USER", ClientInfoSettings().getOrCreateDesktopId())
+            << encodedCookie("MIS_ID", QString()) << encodedCookie("MIS_VERSION", QString());
+    return cookies;
+}
+
+void CookiesSource::setAdditionalCookies(const QList<QNetworkCookie> &cookies) {
+    const QMutexLocker locker(&m_additionalMutex);
+    m_additionalCookies = cookies;
+}

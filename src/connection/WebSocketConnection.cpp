@@ -1,0 +1,85 @@
+#include "connection/WebSocketConnection.h"
+
+#include "connection/messages/JsonConvertable.h"
+#include "connection/rest/SslCertificateVerification.h"
+
+#include <QDebug>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMutexLocker>
+#include <QSslConfiguration>
+#include <QWebSocket>
+
+namespace {
+
+/// Far more than the longest result; a frame above it closes the connection instead of filling
+/// the memory.
+constexpr quint64 maximumFrameBytes = 64ULL * 1024 * 1024;
+
+} // namespace
+
+WebSocketConnection::WebSocketConnection(QObject *parent, QWebSocket *socket)
+    : QObject(parent),
+      m_socket(socket ? socket : new QWebSocket(QString(), QWebSocketProtocol::VersionLatest)) {
+    m_socket->setParent(this);
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setPeerVerifyMode(configuredPeerVerifyMode());
+    m_socket->setSslConfiguration(configuration);
+    m_socket->setMaxAllowedIncomingFrameSize(maximumFrameBytes);
+    m_socket->setMaxAllowedIncomingMessageSize(maximumFrameBytes);
+
+    connect(m_socket, &QWebSocket::connected, this, &WebSocketConnection::connected);
+    connect(m_socket, &QWebSocket::disconnected, this, &WebSocketConnection::keepErrorString);
+    connect(m_socket, &QWebSocket::disconnected, this, &WebSocketConnection::disconnected);
+    connect(this, &WebSocketConnection::sendText, this, &WebSocketConnection::onSendText);
+    connect(this, &WebSocketConnection::sendBytes, this, &WebSocketConnection::onSendBytes);
+    connect(this, &WebSocketConnection::close, this, &WebSocketConnection::onClose);
+}
+
+void WebSocketConnection::sendJson(int type, const QJsonValue &data) {
+    const QJsonObject envelope{
+        {QStringLiteral("MessageType"), type},
+        {QStringLiteral("Data"), data},
+    };
+    emit sendText(QString::fromUtf8(QJsonDocument(envelope).toJson(QJsonDocument::Compact)));
+}
+
+void WebSocketConnection::sendObject(int type, const QJsonValue &jsonObject) {
+    sendJson(type, jsonObject);
+}
+
+void WebSocketConnection::sendData(int type, const JsonConvertable *object) {
+    sendJson(type, object->toJson());
+}
+
+void WebSocketConnection::sendDataBytes(const QByteArray &bytes) {
+    emit sendBytes(bytes);
+}
+
+void WebSocketConnection::onSendText(const QString &text) {
+    m_socket->sendTextMessage(text);
+}
+
+void WebSocketConnection::onSendBytes(const QByteArray &bytes) {
+    m_socket->sendBinaryMessage(bytes);
+}
+
+void WebSocketConnection::onClose() {
+    qInfo() << "Webocket close called";
+    try {
+        m_socket->close(QWebSocketProtocol::CloseCodeNormal, QString());
+    } catch (...) {
+        qInfo() << "Webocket close exception, calling websocket.abort";
+        m_socket->abort();
+    }
+}
+
+void WebSocketConnection::keepErrorString() {
+    const QMutexLocker locker(&m_errorMutex);
+    m_errorString = m_socket->errorString();
+}
+
+QString WebSocketConnection::errorString() const {
+    const QMutexLocker locker(&m_errorMutex);
+    return m_errorString;
+}

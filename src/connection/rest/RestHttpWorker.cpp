@@ -1,0 +1,31 @@
+#include "connection/rest/RestHttpWorker.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+QString RestHttpWorker::createResult(QNetworkReply *reply) {
+    if (reply->error() != QNetworkReply::NoError)
+        return createDefaultErrorResult(debugTextOf(reply));
+    return serializeReply(reply);
+}
+
+QString RestHttpWorker::serializeReply(QNetworkReply *reply) {
+    const QString status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toString();
+    const QString reason = reply->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString();
+    QString text = QStringLiteral("HTTP/1.1 %1 %2\r\n").arg(status, reason);
+    const QList<QByteArray> names = reply->rawHeaderList();
+    for (const QByteArray &name : names) {
+        text += QString::fromLatin1(name) + QLatin1Char(':') +
+                QString::fromLatin1(reply->rawHeader(name)) + QLatin1String("\r\n");
+    }
+    return text + QLatin1String("\r\n") + QString::fromUtf8(reply->readAll()).trimmed();
+}
+
+QString RestHttpWorker::createDefaultErrorResult(const QString &debugText) {
+    const QByteArray body =
+        QJsonDocument(createErrorResult(debugText)).toJson(QJsonDocument::Indented).trimmed();
+    return QStringLiteral("HTTP/1.1 504 Gateway Timeout\nContent-Length: %1\r\n"
+                          "Content-Type: application/json\r\n\r\n")
+               .arg(body.size()) +
+           QString::fromUtf8(body);
+}

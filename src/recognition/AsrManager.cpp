@@ -1,0 +1,231 @@
+#include "recognition/AsrManager.h"
+
+#include "connection/DataMessageProcessor.h"
+#include "connection/WebSocketClient.h"
+#include "connection/messages/MessageType.h"
+#include "connection/messages/RecognitionModeCommand.h"
+#include "connection/messages/RecognitionParameters.h"
+#include "core/settings/ASRSettings.h"
+
+#include <QDebug>
+#include <QJsonDocument>
+#include <QMetaEnum>
+#include <QMutexLocker>
+
+#include <algorithm>
+
+AsrManager::AsrManager(WebSocketClient *client) : m_client(client) {
+    qRegisterMetaType<RecognitionMode>("RecognitionMode");
+    qRegisterMetaType<AsrState>("AsrState");
+    const auto modes = QMetaEnum::fromType<RecognitionMode>();
+    for (int i = 0; i < modes.keyCount(); ++i)
+        m_modeStates.insert(static_cast<RecognitionMode>(modes.value(i)), AsrState::Stopped);
+    connect(client->messageProcessor(), &DataMessageProcessor::modeChanged, this,
+            &AsrManager::updateModeStateInfo);
+}
+
+void AsrManager::send(int messageType, const JsonConvertable &record) {
+    sendValue(messageType, record.toJson());
+}
+
+void AsrManager::sendValue(int messageType, const QJsonValue &value) {
+    // Before the connection is ready the server is not to hear of recognition: what is wanted then
+    // is remembered and goes out with the opening messages.
+    if (m_connected)
+        m_client->sendJson(messageType, value);
+}
+
+void AsrManager::startRecognitionMode(std::optional<RecognitionMode> mode, bool remember) {
+    const QMutexLocker locker(&m_stateMutex);
+    const RecognitionMode current = m_targetModeInfo.mode().value_or(RecognitionMode::Off);
+    const RecognitionMode requested = mode.value_or(RecognitionMode::Text);
+    // The user hears the end of dictation at once, without waiting for the server.
+    if (requested != current)
+        updateModeStateInfo(RecognitionModeInfo(current, AsrState::Stopping));
+    if (remember) {
+        m_targetModeInfo.BackupTargetMode(requested, std::nullopt, std::nullopt,
+                                          getSelectedTheme().id());
+    }
+    send(MessageType::StartMode, RecognitionModeCommand(mode));
+}
+
+void AsrManager::startRecognition() {
+    const QMutexLocker locker(&m_stateMutex);
+    if (m_connected) {
+        startRecognitionMode(std::nullopt, true);
+    } else {
+        QString error = m_lastError;
+        emit errorNotification(error);
+    }
+}
+
+void AsrManager::startUninteractiveMode() {
+    startRecognitionMode(
+        m_isVoiceActivationEnabled ? RecognitionMode::VoiceActivation : RecognitionMode::Off, true);
+}
+
+void AsrManager::stopRecognition() {
+    startUninteractiveMode();
+}
+
+void AsrManager::changeRecognition() {
+    const QMutexLocker locker(&m_stateMutex);
+    const auto mode = m_targetModeInfo.mode();
+    if (mode && *mode >= RecognitionMode::Text)
+        stopRecognition();
+    else
+        startRecognition();
+}
+
+void AsrManager::updateModeStateInfo(const RecognitionModeInfo &modeInfo) {
+    const QMutexLocker locker(&m_stateMutex);
+    const RecognitionMode mode = modeInfo.mode();
+    const AsrState state = modeInfo.state();
+    const auto known = m_modeStates.find(mode);
+    if (known == m_modeStates.end() || *known == state)
+        return;
+    qInfo().noquote() << "Mode changed: "
+                      << QJsonDocument(modeInfo.toJson().toObject()).toJson(QJsonDocument::Compact);
+    *known = state;
+    emit currentModeOrStateChanged(mode, state);
+    // After the signal, whose receivers compare with the mode that was started before.
+    if (state == AsrState::Started)
+        m_lastStartedMode = mode;
+}
+
+void AsrManager::resetModes() {
+    m_targetModeInfo.ResetTargetMode();
+    const auto modes = QMetaEnum::fromType<RecognitionMode>();
+    for (int i = 0; i < modes.keyCount(); ++i) {
+        updateModeStateInfo(
+            RecognitionModeInfo(static_cast<RecognitionMode>(modes.value(i)), AsrState::Stopped));
+    }
+}
+
+void AsrManager::startTargetMode() {
+    std::optional<FormMetadata> form;
+    std::optional<QString> element;
+    const auto mode = m_targetModeInfo.getTargetModeInfo(&form, &element);
+    if (!mode)
+        return;
+    if (*mode >= RecognitionMode::TemplatedForm) {
+        startTargetForm(form, element);
+        return;
+    }
+    // A resumed dictation keeps the window that it was started for.
+    unsigned long window = 0;
+    m_targetModeInfo.GetTargetHandles(&window);
+    startRecognitionMode(mode, true);
+    m_targetModeInfo.UpdateTargetHandles(window);
+}
+
+void AsrManager::startTargetForm(const std::optional<FormMetadata> &form,
+                                 const std::optional<QString> &element) {
+    // The server stays silent while the form is described.
+    TtsMute();
+    if (form)
+        send(MessageType::FormDescription, *form);
+    if (element)
+        sendValue(MessageType::FormElement, *element);
+    TtsUnmute();
+}
+
+void AsrManager::TtsMute() {
+    sendValue(MessageType::TtsMute, QJsonValue());
+}
+
+void AsrManager::TtsUnmute() {
+    sendValue(MessageType::TtsUnmute, QJsonValue());
+}
+
+ClientThemeInfo AsrManager::getSelectedTheme() const {
+    const QMutexLocker locker(&m_themesMutex);
+    return m_selectedTheme;
+}
+
+QList<ClientThemeInfo> AsrManager::get_Themes(bool refresh) {
+    const QMutexLocker locker(&m_themesMutex);
+    if (!m_themes.isEmpty() && !refresh)
+        return m_themes;
+    m_themes = m_restAccessPoint.getThemes();
+    std::optional<ClientThemeInfo> found;
+    if (m_targetModeInfo.FindTargetTheme(m_themes, &found)) {
+        const QString themeId = found ? found->id() : ASRSettings().SelectedTheme.get();
+        updateSelectedThemeInfo(themeId);
+    }
+    return m_themes;
+}
+
+void AsrManager::updateSelectedThemeInfo(const QString &themeId) {
+    const QMutexLocker locker(&m_themesMutex);
+    const auto theme =
+        std::find_if(m_themes.cbegin(), m_themes.cend(),
+                     [&themeId](const ClientThemeInfo &info) { return info.id() == themeId; });
+    if (theme != m_themes.cend())
+        m_selectedTheme = *theme;
+    emit selectedThemeChanged();
+}
+
+void AsrManager::applySelectedTheme(bool stopFirst) {
+    if (stopFirst)
+        stopRecognition();
+    updateSelectedThemeInfo(ASRSettings().SelectedTheme);
+    const ClientThemeInfo theme = getSelectedTheme();
+    if (!theme.id().isEmpty())
+        send(MessageType::SelectTheme, theme);
+}
+
+void AsrManager::selectedTheme() {
+    applySelectedTheme(true);
+}
+
+void AsrManager::applyRecognitionSettings() {
+    const ASRSettings settings;
+    send(MessageType::SetParameters,
+         RecognitionParameters(settings.SendingMode, settings.UsePunctuation));
+}
+
+AsrState AsrManager::currentState() const {
+    const QMutexLocker locker(&m_stateMutex);
+    const RecognitionMode mode = m_targetModeInfo.mode().value_or(RecognitionMode::Off);
+    return m_modeStates.value(mode, AsrState::Stopped);
+}
+
+bool AsrManager::isOpen() const {
+    const QMutexLocker locker(&m_stateMutex);
+    return m_connected && !m_isOpening;
+}
+
+void AsrManager::publishTargetState(AsrState state, const QString &info) {
+    const RecognitionMode mode = m_targetModeInfo.mode().value_or(RecognitionMode::Off);
+    updateModeStateInfo(RecognitionModeInfo(mode, state, info));
+}
+
+void AsrManager::openConnection() {
+    m_lastError.clear();
+    m_connected = true;
+    m_isOpening = true;
+    applyRecognitionSettings();
+    applySelectedTheme(false);
+    emit connected();
+    startTargetMode();
+    m_isOpening = false;
+}
+
+void AsrManager::connectionStateChanged(const ConnectionStateInfo &stateInfo) {
+    const QMutexLocker locker(&m_stateMutex);
+    m_connected = false;
+    if (stateInfo.is(ConnectionState::Ready)) {
+        openConnection();
+        return;
+    }
+    emit connectionLost();
+    if (stateInfo.is(ConnectionState::Disconnected)) {
+        setEnabled(true);
+        publishTargetState(AsrState::Starting);
+    } else if (stateInfo.is(ConnectionState::Failed)) {
+        publishTargetState(AsrState::Stopped, QStringLiteral("On disconnected"));
+    }
+    m_lastError = stateInfo.message().isEmpty() ? tr("Не удалось подключиться к серверу")
+                                                : stateInfo.message();
+}

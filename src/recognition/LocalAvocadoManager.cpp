@@ -1,0 +1,61 @@
+#include "recognition/LocalAvocadoManager.h"
+
+#include "connection/WebSocketClient.h"
+#include "connection/messages/AvocadoInfo.h"
+#include "connection/messages/MessageType.h"
+#include "core/AppVariables.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMutexLocker>
+#include <QSaveFile>
+#include <QTextStream>
+
+LocalAvocadoManager::LocalAvocadoManager(WebSocketClient *client)
+    : m_client(client),
+      m_folder(
+          AppVariables::sm_stdVars.substitute(QStringLiteral("${AppLocalDataLocation}/Avocado"))),
+      m_file(AppVariables::sm_stdVars.substitute(
+          QStringLiteral("${AppLocalDataLocation}/Avocado/AvocadoWords.txt"))) {
+    LoadCache();
+}
+
+void LocalAvocadoManager::LoadCache() {
+    QFile file(m_file);
+    if (!file.exists() || !file.open(QIODevice::ReadOnly))
+        return;
+    QTextStream stream(&file);
+    while (!stream.atEnd())
+        m_words.append(stream.readLine());
+}
+
+void LocalAvocadoManager::SaveCache() const {
+    QDir().mkpath(m_folder);
+    QSaveFile file(m_file);
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    QTextStream stream(&file);
+    const QStringList words = GetWords();
+    for (const QString &word : words)
+        stream << word << Qt::endl;
+    file.commit();
+}
+
+QStringList LocalAvocadoManager::GetWords() const {
+    const QMutexLocker locker(&m_mutex);
+    return m_words;
+}
+
+void LocalAvocadoManager::UpdateWords(const QStringList &words) {
+    {
+        const QMutexLocker locker(&m_mutex);
+        m_words = words;
+    }
+    SaveCache();
+    SendAvocadoInfo();
+}
+
+void LocalAvocadoManager::SendAvocadoInfo() const {
+    const AvocadoInfo info(GetWords());
+    m_client->sendData(MessageType::SetPersonalWords, &info);
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "connection/messages/RecognitionModeInfo.h"
+#include "connection/messages/TextResult.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <optional>
+
+class AsrManager;
+class ExecutableCommandsManager;
+class WebSocketClient;
+struct ResultPart;
+
+/// Decides what each result of the server means in the current mode: text to type, a command to
+/// run, or nothing; and settles which window gets the text.
+///
+/// Lives on the main thread; typing a final result blocks it. The collaborators are not owned.
+class ResultManager : public QObject {
+    Q_OBJECT
+
+public:
+    ResultManager(WebSocketClient *client, AsrManager *asrManager,
+                  ExecutableCommandsManager *commandsManager);
+
+    /// Types the last partial result as final: the server will not finish it any more.
+    void flushResult();
+
+    /// The window that results go to, 0 if none has the focus.
+    unsigned long getResultWindow() const;
+
+    /// Turns recognised text into typed prose.
+    QString formatTextResult(const QString &text, bool isFinal);
+    /// Sets spaces, capitals and marks, relative to what was typed before. Only a final text moves
+    /// that state on.
+    QString formatText(const QString &text, bool isFinal);
+
+    /// While off, results are dropped. Callable from any thread.
+    void setEnabled(bool enabled) { m_enabled = enabled; }
+
+public slots:
+    void modeChanged(const RecognitionModeInfo &info);
+    void resultReceived(const TextResult &result);
+    void modeStateChanged(RecognitionMode mode, AsrState state);
+
+signals:
+    void resultReady(QString text, bool isFinal);
+
+private:
+    /// What was typed so far, as far as it concerns the next text.
+    struct FormatState {
+        bool capitalizeNext = true;
+        /// The text ended with something that wants a space after it.
+        bool spacePending = false;
+        bool spaceBeforeQuote = true;
+        bool spaceBeforeDash = true;
+    };
+
+    void processTextResult(const TextResult &result);
+    void processVoiceActivationResult(const TextResult &result);
+    QString processCommand(const QString &commandId);
+    void writeTextResult(const QString &text, bool isFinal) const;
+    void chooseResultWindow();
+    void setLastResult(const std::optional<TextResult> &result) { m_lastResult = result; }
+    void reset();
+    static QString formatWord(const QString &text, const ResultPart &part,
+                              const FormatState &state);
+
+    RecognitionMode m_currentMode = RecognitionMode::Off;
+    AsrManager *m_asrManager;
+    ExecutableCommandsManager *m_commandsManager;
+    /// The X window of the dictation when output goes to a fixed window.
+    unsigned long m_resultWindow = 0;
+    bool m_outputToBackground = false;
+    FormatState m_format;
+    std::optional<TextResult> m_lastResult;
+    std::atomic<bool> m_enabled{true};
+};
