@@ -1,0 +1,326 @@
+#include "core/WindowsManager.h"
+
+#include "audio/PulseAudioManager.h"
+#include "audio/RecordingDeviceManager.h"
+#include "connection/ConnectionHeartbeat.h"
+#include "connection/ConnectionManager.h"
+#include "connection/DataMessageProcessor.h"
+#include "connection/WebSocketClient.h"
+#include "connection/WebSocketWorker.h"
+#include "connection/rest/Method.h"
+#include "core/Enum.h"
+#include "core/Logger.h"
+#include "core/QuitSignals.h"
+#include "core/RunGuard.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/HotkeySettings.h"
+#include "core/workers/SubService.h"
+#include "desktop/HotKeyManager.h"
+#include "desktop/Hotkey.h"
+#include "desktop/TextWriter.h"
+#include "recognition/AsrManager.h"
+#include "recognition/ResultManager.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QFont>
+#include <QIcon>
+#include <QMessageBox>
+#include <QMutexLocker>
+#include <QProcess>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QScreen>
+#include <QWindow>
+
+namespace {
+
+/// The name that the user knows a stored gesture by; an unknown one counts as the first, as it does
+/// for the hot keys themselves.
+template <typename T>
+QString displayName(const QString &invariantName) {
+    try {
+        return Enum<T>::ToString(Enum<T>::FromInvariantString(invariantName));
+    } catch (const ConveterException &) {
+        return Enum<T>::ToString(T{});
+    }
+}
+
+} // namespace
+
+WindowsManager::WindowsManager(QObject *parent) : QObject(parent) {
+    qRegisterMetaType<RecognitionModeInfo>("RecognitionModeInfo");
+    qRegisterMetaType<TtsStateInfo>("TtsStateInfo");
+    qRegisterMetaType<UserNotification>("UserNotification");
+    qRegisterMetaType<ServerThemesInfo>("ServerThemesInfo");
+    qRegisterMetaType<TextResult>("TextResult");
+    qRegisterMetaType<AsrState>("AsrState");
+    qRegisterMetaType<ConnectionStateInfo>("ConnectionStateInfo");
+    qRegisterMetaType<Method>("Method");
+    qRegisterMetaType<ParameterDictionary>("ParameterDictionary");
+}
+
+WindowsManager::~WindowsManager() = default;
+
+int WindowsManager::start(int argc, char **argv) {
+    try {
+        return runApplication(argc, argv);
+    } catch (const std::exception &error) {
+        qCritical() << "Application exception at startup: ";
+        qCritical().noquote() << error.what();
+        qCritical() << "Startup failed";
+        TextWriter::Cleanup();
+        return -1;
+    }
+}
+
+int WindowsManager::runApplication(int argc, char **argv) {
+    // Before the application object, so that every widget starts with it.
+    QApplication::setFont(QFont(m_fontFamily));
+    QApplication application(argc, argv);
+    InitLogger(argc, argv);
+    if (m_mainWindow)
+        return -1;
+    QApplication::setWindowIcon(QIcon(m_iconPath));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QQmlApplicationEngine engine;
+
+    RunGuard guard(QStringLiteral("Vellumar_Qt"));
+    if (!guard.tryToRun()) {
+        QMessageBox::critical(nullptr, tr("Ошибка"), tr("Приложение уже запущено"),
+                              QMessageBox::Ok);
+        return -1;
+    }
+    m_runGuard = &guard;
+    disablePunctuationWhereUnavailable();
+
+    PulseAudioManager pulseAudio(nullptr);
+    m_recordingDevice = pulseAudio.RecordingDevice();
+    m_hotKeyManager = HotKeyManager::getHotkeyManager();
+    connectHotKeys();
+    createWebSocketWorker();
+    connect(m_recordingDevice, &RecordingDeviceManager::SelectedIndexChanged, this,
+            &WindowsManager::onSelectedMicrophoneChanged);
+    pulseAudio.Start();
+    createConnectionManager(&engine, m_recordingDevice);
+    createHeartbeat();
+    connectRecognition();
+    engine.rootContext()->setContextProperty(QStringLiteral("asrManager"),
+                                             m_webSocketWorker->asrManager());
+    engine.rootContext()->setContextProperty(QStringLiteral("windowsManager"), this);
+    placeOnScreen();
+    const int result = runInterface(&engine);
+
+    stopSubServices();
+    m_hotKeyManager->keyboardHookUnreg();
+    pulseAudio.Stop();
+    m_subServices.clear();
+    m_runGuard = nullptr;
+    return result;
+}
+
+int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
+    engine->load(m_mainQml);
+    if (engine->rootObjects().isEmpty())
+        return -1;
+    m_mainWindow = qobject_cast<QWindow *>(engine->rootObjects().constLast());
+    const QuitSignals quitSignals(nullptr);
+    connect(&quitSignals, &QuitSignals::quitRequested, this, &WindowsManager::closeApplication);
+    TextWriter::Init();
+    const int result = QApplication::exec();
+    TextWriter::Cleanup();
+    return result;
+}
+
+void WindowsManager::disablePunctuationWhereUnavailable() {
+    ASRSettings settings;
+    if (!settings.PunctuationEnabled && settings.UsePunctuation) {
+        settings.UsePunctuation = false;
+        settings.sync();
+    }
+}
+
+void WindowsManager::connectHotKeys() {
+    connect(m_hotKeyManager, &HotKeyManager::activated, this, &WindowsManager::onHotkeyActivated);
+    connect(m_hotKeyManager, &HotKeyManager::activationModeChanged, this,
+            &WindowsManager::onHotkeyChanged);
+}
+
+void WindowsManager::createWebSocketWorker() {
+    m_webSocketWorker = new WebSocketWorker;
+    m_subServices.push_back(std::make_unique<SubService>(m_webSocketWorker, true));
+    connect(m_webSocketWorker->wsClient()->messageProcessor(), &DataMessageProcessor::userNotified,
+            this, &WindowsManager::processUserNotification);
+}
+
+void WindowsManager::createConnectionManager(QQmlApplicationEngine *engine,
+                                             RecordingDeviceManager *recordingDevice) {
+    m_connectionManager = new ConnectionManager(m_webSocketWorker->wsClient(),
+                                                m_webSocketWorker->asrManager(), recordingDevice);
+    m_subServices.push_back(std::make_unique<SubService>(m_connectionManager, true));
+    SubService *service = m_subServices.back().get();
+
+    connect(this, &WindowsManager::needReconnect, m_connectionManager,
+            &ConnectionManager::onNetworkSettingsChanged);
+    connect(this, &WindowsManager::needReconnect, service, &SubService::Start);
+    connect(m_connectionManager, &ConnectionManager::disconnected, this,
+            &WindowsManager::wsDisconnected, Qt::QueuedConnection);
+    connect(this, &WindowsManager::restartConnection, service, &SubService::Start,
+            Qt::QueuedConnection);
+    connect(m_connectionManager, &ConnectionManager::themeCheckRequested, this,
+            &WindowsManager::themeCheckRequested, Qt::QueuedConnection);
+    connect(m_connectionManager, &ConnectionManager::stateChanged, this,
+            &WindowsManager::onConnectionStateChanged, Qt::QueuedConnection);
+    connect(this, &WindowsManager::themeCheckSuccess, m_connectionManager,
+            &ConnectionManager::onThemeCheckSuccess, Qt::QueuedConnection);
+    engine->rootContext()->setContextProperty(QStringLiteral("connectionManager"),
+                                              m_connectionManager);
+}
+
+void WindowsManager::createHeartbeat() {
+    m_heartbeat = new ConnectionHeartbeat(m_webSocketWorker->wsClient());
+    connect(m_heartbeat, &ConnectionHeartbeat::timeout, m_connectionManager,
+            &ConnectionManager::onDisconnectRequested);
+    m_subServices.push_back(std::make_unique<SubService>(m_heartbeat, false));
+    m_heartbeatService = m_subServices.back().get();
+}
+
+void WindowsManager::connectRecognition() {
+    AsrManager *asrManager = m_webSocketWorker->asrManager();
+    connect(m_connectionManager, &ConnectionManager::disconnected,
+            m_webSocketWorker->resultManager(), &ResultManager::flushResult);
+    connect(asrManager, &AsrManager::currentModeOrStateChanged, this,
+            &WindowsManager::onAsrModeStateChanged);
+    connect(this, &WindowsManager::activationHotkey, asrManager, &AsrManager::startRecognition);
+    connect(this, &WindowsManager::deactivationHotkey, asrManager, &AsrManager::stopRecognition);
+    connect(this, &WindowsManager::modeChangeHotkey, asrManager, &AsrManager::changeRecognition);
+}
+
+void WindowsManager::placeOnScreen() {
+    const QPoint corner = QGuiApplication::primaryScreen()->availableGeometry().topLeft();
+    m_screenX = corner.x();
+    m_screenY = corner.y();
+    emit changed_ScreenX(m_screenX);
+    emit changed_ScreenY(m_screenY);
+}
+
+void WindowsManager::startSubServices() {
+    if (m_subServicesStarted)
+        return;
+    m_subServicesStarted = true;
+    for (const auto &service : m_subServices) {
+        if (service->autoStart())
+            service->Start();
+    }
+}
+
+void WindowsManager::stopSubServices() {
+    for (auto service = m_subServices.rbegin(); service != m_subServices.rend(); ++service)
+        (*service)->Stop();
+}
+
+void WindowsManager::closeApplication() {
+    stopSubServices();
+    m_hotKeyManager->keyboardHookUnreg();
+    QCoreApplication::quit();
+}
+
+void WindowsManager::restartApplication() {
+    closeApplication();
+    // The new process must find the guard free, and this one still has its event loop to leave.
+    m_runGuard->release();
+    QStringList arguments = QCoreApplication::arguments();
+    const QString program = arguments.takeFirst();
+    QProcess::startDetached(program, arguments);
+}
+
+void WindowsManager::onSelectedMicrophoneChanged() {
+    if (m_recordingDevice->SelectedIndex() == -1)
+        m_webSocketWorker->asrManager()->stopRecognition();
+}
+
+void WindowsManager::onHotkeyActivated(int hotkeyClass, int hotkeyId, int keyPressType) {
+    qInfo().noquote().nospace() << "HOTKEY ACTIVATED: " << hotkeyClass << "|" << hotkeyId << "|"
+                                << keyPressType << "|";
+    if (hotkeyClass == ToggleHotkey)
+        emit modeChangeHotkey();
+    else if (hotkeyClass == Push2TalkHotkey && keyPressType == KeyDown)
+        emit activationHotkey();
+    else if (hotkeyClass == Push2TalkHotkey && keyPressType == KeyUp)
+        emit deactivationHotkey();
+}
+
+void WindowsManager::onHotkeyChanged(int, int) {
+    notifyHotkey();
+}
+
+void WindowsManager::notifyHotkey() {
+    const HotkeySettings settings;
+    QString message;
+    if (settings.UseHotkey) {
+        message = tr("Зарегистрирована горячая клавиша включения распознавания: '%1'.")
+                      .arg(displayName<Hotkey>(settings.HotKey));
+    } else {
+        message = tr("Зарегистрирована горячая клавиша включения распознавания (режим "
+                     "Push2Talk): '%1'.")
+                      .arg(displayName<Push2TalkKey>(settings.P2TKey));
+    }
+    processUserNotification(
+        UserNotification(NotificationType::Information, tr("Оповещение"), message));
+}
+
+void WindowsManager::processUserNotification(const UserNotification &notification) {
+    {
+        const QMutexLocker locker(&m_notificationMutex);
+        const bool isReady =
+            m_connectionManager && m_connectionManager->state() == ConnectionState::Ready;
+        if (!isReady && !notification.force())
+            return;
+        qInfo().noquote() << "Notification: " + notification.message();
+    }
+    switch (notification.action()) {
+    case NotificationAction::Disconnect:
+        QMetaObject::invokeMethod(m_connectionManager, &ConnectionManager::onDisconnectRequested);
+        break;
+    case NotificationAction::StopRecognition:
+        m_webSocketWorker->asrManager()->stopRecognition();
+        break;
+    case NotificationAction::Show:
+        break;
+    }
+}
+
+void WindowsManager::OnCommandError(const QString &errorText) {
+    processUserNotification(UserNotification(NotificationType::Critical, QString(), errorText));
+}
+
+void WindowsManager::onVACSettingsVisibleChanged(bool vacVisible) {
+    UserNotification notification(
+        NotificationType::Information, tr("Голосовая активация"),
+        vacVisible ? tr("В настройках доступен запуск распознавания голосовой командой.")
+                   : tr("Запуск распознавания голосовой командой недоступен."));
+    notification.setForce(true);
+    processUserNotification(notification);
+}
+
+void WindowsManager::onConnectionStateChanged(const ConnectionStateInfo &stateInfo) {
+    emit connectionStateChanged(stateInfo);
+    if (stateInfo.is(ConnectionState::WsConnected)) {
+        m_heartbeatService->Start();
+    } else if (stateInfo.is(ConnectionState::Disconnected)) {
+        m_heartbeatService->Stop();
+    } else if (stateInfo.is(ConnectionState::Ready) && m_notifyHotkeyOnReady) {
+        notifyHotkey();
+        m_notifyHotkeyOnReady = false;
+    }
+}
+
+void WindowsManager::onAsrModeStateChanged(RecognitionMode mode, AsrState state) {
+    AsrManager *asrManager = m_webSocketWorker->asrManager();
+    if (mode < RecognitionMode::Text)
+        return;
+    if (state == AsrState::Started && mode != asrManager->getLastStartedMode() &&
+        m_recordingDevice->SelectedIndex() == -1) {
+        asrManager->stopRecognition();
+    }
+}

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "connection/ConnectionStateInfo.h"
+#include "connection/messages/UserNotification.h"
+#include "recognition/RecognitionMode.h"
+
+#include <QList>
+#include <QMutex>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class ConnectionHeartbeat;
+class ConnectionManager;
+class HotKeyManager;
+class QQmlApplicationEngine;
+class QWindow;
+class RecordingDeviceManager;
+class RunGuard;
+class SubService;
+class WebSocketWorker;
+
+/// The application controller: builds every manager in a fixed order, wires them together, loads
+/// the interface, runs the event loop and takes everything down again. It alone knows the whole
+/// object graph. Main thread.
+class WindowsManager : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(int ScreenX READ get_ScreenX NOTIFY changed_ScreenX)
+    Q_PROPERTY(int ScreenY READ get_ScreenY NOTIFY changed_ScreenY)
+
+public:
+    explicit WindowsManager(QObject *parent);
+    ~WindowsManager() override;
+
+    /// The whole life of the application.
+    /// @return the event loop's exit code, or -1 on failure
+    int start(int argc, char **argv);
+
+    /// Stops all services and ends the event loop.
+    Q_INVOKABLE void closeApplication();
+
+    void processUserNotification(const UserNotification &notification);
+
+    int get_ScreenX() const { return m_screenX; }
+    int get_ScreenY() const { return m_screenY; }
+
+public slots:
+    /// Starts the workers; a second call does nothing.
+    void startSubServices();
+    void restartApplication();
+    void onVACSettingsVisibleChanged(bool vacVisible);
+    void OnCommandError(const QString &errorText);
+    void onConnectionStateChanged(const ConnectionStateInfo &stateInfo);
+    void notifyHotkey();
+    void onHotkeyActivated(int hotkeyClass, int hotkeyId, int keyPressType);
+    void onHotkeyChanged(int hotkeyClass, int hotkeyId);
+    void onAsrModeStateChanged(RecognitionMode mode, AsrState state);
+
+signals:
+    void connectionStateChanged(ConnectionStateInfo stateInfo);
+    void restartConnection();
+    void themeCheckRequested();
+    void themeCheckSuccess();
+    void wsDisconnected();
+    void activationHotkey();
+    void deactivationHotkey();
+    void modeChangeHotkey();
+    void needReconnect();
+    void changed_ScreenX(int v);
+    void changed_ScreenY(int v);
+
+private:
+    int runApplication(int argc, char **argv);
+    int runInterface(QQmlApplicationEngine *engine);
+    void createWebSocketWorker();
+    void createConnectionManager(QQmlApplicationEngine *engine,
+                                 RecordingDeviceManager *recordingDevice);
+    void createHeartbeat();
+    void connectHotKeys();
+    void connectRecognition();
+    void onSelectedMicrophoneChanged();
+    void placeOnScreen();
+    void stopSubServices();
+    static void disablePunctuationWhereUnavailable();
+
+    const QString m_mainQml = QStringLiteral("qrc:/main.qml");
+    const QString m_fontFamily = QStringLiteral("Roboto");
+    const QString m_iconPath = QStringLiteral(":/replaceable/default_icon.ico");
+    bool m_subServicesStarted = false;
+    /// In the order of creation; each owns its worker.
+    std::vector<std::unique_ptr<SubService>> m_subServices;
+    QWindow *m_mainWindow = nullptr;
+    ConnectionManager *m_connectionManager = nullptr;
+    WebSocketWorker *m_webSocketWorker = nullptr;
+    SubService *m_heartbeatService = nullptr;
+    ConnectionHeartbeat *m_heartbeat = nullptr;
+    RecordingDeviceManager *m_recordingDevice = nullptr;
+    HotKeyManager *m_hotKeyManager = nullptr;
+    RunGuard *m_runGuard = nullptr;
+    QMutex m_notificationMutex;
+    bool m_notifyHotkeyOnReady = true;
+    int m_screenX = 0;
+    int m_screenY = 0;
+};

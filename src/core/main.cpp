@@ -1,0 +1,24 @@
+#include "core/AppVariables.h"
+#include "core/UnhandledException.h"
+#include "core/WindowsManager.h"
+#include "core/settings/Settings.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+
+int main(int argc, char **argv) {
+    set_unhandled_catcher();
+    const QString version =
+        AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("Version")) +
+        QStringLiteral(" (Linux)");
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
+    QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));
+    QCoreApplication::setApplicationVersion(version);
+    Settings::setFileName(QStringLiteral("settings"));
+
+    WindowsManager manager(nullptr);
+    const int result = manager.start(argc, argv);
+    qInfo() << "Quit app";
+    return result;
+}
