@@ -1,0 +1,96 @@
+#include "stand/SphinxDecoder.h"
+
+#include "core/Exception.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <cstring>
+#include <pocketsphinx.h>
+#include <sphinxbase/err.h>
+#include <vector>
+
+namespace {
+
+/// @throws Exception  the file is not there
+QByteArray pathOf(const QString &folder, const QString &name) {
+    const QString path = folder + QLatin1Char('/') + name;
+    if (!QFileInfo::exists(path))
+        throw Exception(QStringLiteral("the acoustic engine's model lacks %1").arg(path));
+    return QFile::encodeName(path);
+}
+
+} // namespace
+
+SphinxDecoder::SphinxDecoder(const QString &folder) {
+    const QByteArray model = pathOf(folder, QStringLiteral("model/mdef")).chopped(5);
+    const QByteArray dictionary = pathOf(folder, QStringLiteral("demo.dic"));
+    const QByteArray language = pathOf(folder, QStringLiteral("demo.arpa"));
+    // The library writes pages of its parameters to stderr otherwise.
+    err_set_logfp(nullptr);
+    // Beams wider than the library's own: those make half as many errors again.
+    cmd_ln_t *options = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", model.constData(), "-dict",
+                                    dictionary.constData(), "-lm", language.constData(), "-lw", "9",
+                                    "-beam", "1e-80", "-wbeam", "1e-60", "-pbeam", "1e-80",
+                                    "-lpbeam", "1e-70", "-lponlybeam", "1e-60", nullptr);
+    if (!options)
+        throw Exception("the acoustic engine does not take its options");
+    m_decoder.reset(ps_init(options));
+    cmd_ln_free_r(options);
+    if (!m_decoder)
+        throw Exception(QStringLiteral("the acoustic engine cannot load its model %1").arg(folder));
+}
+
+SphinxDecoder::~SphinxDecoder() {
+    end();
+}
+
+void SphinxDecoder::Free::operator()(ps_decoder_s *decoder) const {
+    ps_free(decoder);
+}
+
+void SphinxDecoder::begin() {
+    end();
+    ps_start_stream(m_decoder.get());
+    m_running = ps_start_utt(m_decoder.get()) == 0;
+    m_inSpeech = false;
+}
+
+SphinxDecoder::Heard SphinxDecoder::process(const QByteArray &sound) {
+    Heard heard;
+    if (!m_running)
+        return heard;
+    std::vector<int16> samples(static_cast<size_t>(sound.size()) / sizeof(int16));
+    if (samples.empty())
+        return heard;
+    std::memcpy(samples.data(), sound.constData(), samples.size() * sizeof(int16));
+    ps_process_raw(m_decoder.get(), samples.data(), samples.size(), FALSE, FALSE);
+
+    const bool inSpeech = ps_get_in_speech(m_decoder.get()) != 0;
+    if (m_inSpeech && !inSpeech) {
+        ps_end_utt(m_decoder.get());
+        heard.finalText = hypothesis();
+        m_running = ps_start_utt(m_decoder.get()) == 0;
+    } else {
+        heard.partialText = hypothesis();
+    }
+    m_inSpeech = inSpeech;
+    return heard;
+}
+
+QString SphinxDecoder::end() {
+    if (!m_running)
+        return QString();
+    m_running = false;
+    ps_end_utt(m_decoder.get());
+    return hypothesis();
+}
+
+QString SphinxDecoder::hypothesis() {
+    int32 score = 0;
+    QString text = QString::fromUtf8(ps_get_hyp(m_decoder.get(), &score));
+    // A word with several pronunciations is told apart by a number in brackets.
+    static const QRegularExpression variant(QStringLiteral("\\(\\d+\\)"));
+    return text.remove(variant);
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "VirtualDesk.h"
+#include "core/AppVariables.h"
+#include "core/settings/Settings.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include <cstdio>
+#include <exception>
+#include <memory>
+
+/// The desk of this test executable; empty before and after runOnDesk().
+inline std::unique_ptr<VirtualDesk> &currentDesk() {
+    static std::unique_ptr<VirtualDesk> current;
+    return current;
+}
+
+/// The desk of this test executable. To be used from within a test object.
+inline VirtualDesk &desk() {
+    return *currentDesk();
+}
+
+/// Raises the desk, makes the application as the program's own main does, and runs one test
+/// object. Used through DESK_TEST_MAIN. Returns the number of failures, or -1 without a desk.
+template <typename Application, typename TestObject>
+int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
+    try {
+        currentDesk() = std::make_unique<VirtualDesk>(needs);
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "The virtual desk could not be raised: %s\n", failure.what());
+        return -1;
+    }
+    int failures = 0;
+    {
+        Application application(argc, argv);
+        QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
+        QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));
+        Settings::setFileName(QStringLiteral("settings"));
+        AppVariables::sm_stdVars.get(QStringLiteral("HomeLocation"), {});
+        TestObject test;
+        failures = QTest::qExec(&test, argc, argv);
+    }
+    currentDesk().reset();
+    return failures;
+}
+
+/// The main function of a test executable: DESK_TEST_MAIN(TestKeys, VirtualDesk::Screen).
+#define DESK_TEST_MAIN(TestObject, needs)                                                          \
+    int main(int argc, char **argv) {                                                              \
+        return runOnDesk<QApplication, TestObject>(argc, argv, needs);                             \
+    }
+
+/// The same for a test that needs neither windows nor keys, only folders of its own.
+#define DESK_CORE_TEST_MAIN(TestObject)                                                            \
+    int main(int argc, char **argv) {                                                              \
+        return runOnDesk<QCoreApplication, TestObject>(argc, argv, VirtualDesk::Folders);          \
+    }

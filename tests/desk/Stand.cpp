@@ -1,0 +1,173 @@
+#include "Stand.h"
+
+#include "core/settings/BalancerConnectionSettings.h"
+#include "core/settings/ClientConnectionSettings.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QEventLoop>
+#include <QFile>
+#include <QHostAddress>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QTimer>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace {
+
+constexpr int kStartMs = 20000;
+constexpr int kAnswerMs = 20000;
+const QString kEvent = QStringLiteral("event");
+const QString kId = QStringLiteral("id");
+const QString kText = QStringLiteral("text");
+const QString kType = QStringLiteral("type");
+
+[[noreturn]] void fail(const QString &text) {
+    throw std::runtime_error(text.toStdString());
+}
+
+template <typename T>
+void point(T &&settings, const Stand &stand) {
+    settings.Ip = QStringLiteral("127.0.0.1");
+    settings.Port = int(stand.port());
+    settings.RestPort = int(stand.restPort());
+    settings.UseTls = false;
+    settings.sync();
+}
+
+} // namespace
+
+Stand::Stand(const QJsonObject &script, const QStringList &arguments) {
+    start(script, arguments);
+    const QString line = readReadyLine();
+    static const QRegularExpression form(
+        QStringLiteral("^ready: websocket (\\d+), rest (\\d+), control (\\d+)"));
+    const QRegularExpressionMatch match = form.match(line);
+    if (!match.hasMatch())
+        fail(QStringLiteral("the stand does not start: %1").arg(line));
+    m_port = match.captured(1).toUShort();
+    m_restPort = match.captured(2).toUShort();
+    QObject::connect(&m_control, &QTcpSocket::readyRead, &m_control, [this] { readLines(); });
+    m_control.connectToHost(QHostAddress::LocalHost, match.captured(3).toUShort());
+    if (!m_control.waitForConnected(kStartMs))
+        fail(QStringLiteral("no control connection: %1").arg(m_control.errorString()));
+}
+
+void Stand::start(const QJsonObject &script, const QStringList &arguments) {
+    QFile file(m_folder.filePath(QStringLiteral("script.json")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(script).toJson()) < 0)
+        fail(file.errorString());
+    file.close();
+    const QString any = QStringLiteral("0");
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/vellumar-stand"),
+                    QStringList{QStringLiteral("--port"), any, QStringLiteral("--rest-port"), any,
+                                QStringLiteral("--control"), any, QStringLiteral("--quiet"),
+                                QStringLiteral("--script"), file.fileName()} +
+                        arguments);
+    if (!m_process.waitForStarted(kStartMs))
+        fail(m_process.errorString());
+}
+
+QString Stand::readReadyLine() {
+    while (!m_process.canReadLine()) {
+        if (!m_process.waitForReadyRead(kStartMs))
+            return QString::fromUtf8(m_process.readAll());
+    }
+    return QString::fromUtf8(m_process.readLine());
+}
+
+QString Stand::connectionString() const {
+    return QStringLiteral("127.0.0.1;%1;%2").arg(m_port).arg(m_restPort);
+}
+
+void Stand::writeSettings() const {
+    point(BalancerConnectionSettings(), *this);
+    point(ClientConnectionSettings(), *this);
+}
+
+QJsonObject Stand::tell(QJsonObject command) {
+    const int id = ++m_lastId;
+    command.insert(kId, id);
+    m_control.write(QJsonDocument(command).toJson(QJsonDocument::Compact) + '\n');
+    if (!runUntil([&] { return m_answer[kId].toInt() == id; }, kAnswerMs))
+        fail(QStringLiteral("the stand does not answer"));
+    if (m_answer[kEvent] != QStringLiteral("done"))
+        fail(QStringLiteral("the stand refuses: %1").arg(m_answer[kText].toString()));
+    return m_answer;
+}
+
+void Stand::sayResult(const QString &text, bool isFinal, const QString &commandId) {
+    tell(QJsonObject{{QStringLiteral("do"), QStringLiteral("result")},
+                     {kText, text},
+                     {QStringLiteral("final"), isFinal},
+                     {QStringLiteral("commandId"), commandId}});
+}
+
+int Stand::count(const QString &event) const {
+    return static_cast<int>(
+        std::count_if(m_events.cbegin(), m_events.cend(),
+                      [&](const QJsonObject &one) { return one[kEvent].toString() == event; }));
+}
+
+QJsonObject Stand::waitFor(const QString &event, const Predicate &fits, int timeoutMs) {
+    const int from = m_position;
+    QJsonObject found;
+    const auto look = [&] {
+        while (found.isEmpty() && m_position < m_events.size()) {
+            const QJsonObject &next = m_events[m_position++];
+            if (next[kEvent].toString() == event && (!fits || fits(next)))
+                found = next;
+        }
+        return !found.isEmpty();
+    };
+    if (runUntil(look, timeoutMs))
+        return found;
+    qInfo() << "the stand saw no" << event << "but" << m_events.mid(from);
+    // What did not fit this wait may fit the next one.
+    m_position = from;
+    return QJsonObject();
+}
+
+QJsonObject Stand::waitForMessage(int type, int timeoutMs) {
+    const auto fits = [type](const QJsonObject &event) { return event[kType].toInt() == type; };
+    return waitFor(QStringLiteral("message"), fits, timeoutMs);
+}
+
+void Stand::forget() {
+    // A round trip brings everything that the stand has seen so far.
+    tell(QStringLiteral("state"));
+    m_position = m_events.size();
+}
+
+void Stand::readLines() {
+    while (m_control.canReadLine()) {
+        const QJsonObject object = QJsonDocument::fromJson(m_control.readLine()).object();
+        const bool isAnswer = object.contains(kId);
+        if (isAnswer)
+            m_answer = object;
+        else
+            m_events.append(object);
+    }
+}
+
+bool Stand::runUntil(const std::function<bool()> &done, int timeoutMs) {
+    QEventLoop loop;
+    QTimer timer;
+    bool isOver = false;
+    QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
+        isOver = true;
+        loop.quit();
+    });
+    QObject::connect(&m_control, &QTcpSocket::readyRead, &loop, &QEventLoop::quit);
+    QObject::connect(&m_control, &QTcpSocket::disconnected, &loop, &QEventLoop::quit);
+    timer.start(timeoutMs);
+    while (!done()) {
+        if (isOver || m_control.state() != QTcpSocket::ConnectedState)
+            return false;
+        loop.exec();
+    }
+    return true;
+}

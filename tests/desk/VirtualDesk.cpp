@@ -1,0 +1,272 @@
+#include "VirtualDesk.h"
+
+#include "DeskProcess.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <algorithm>
+#include <stdexcept>
+
+namespace {
+
+constexpr int upTimeoutMs = 30000;
+
+using XConnection = std::unique_ptr<Display, decltype(&XCloseDisplay)>;
+
+[[noreturn]] void fail(const QString &reason) {
+    throw std::runtime_error(reason.toStdString());
+}
+
+XConnection connectToScreen() {
+    XConnection display(XOpenDisplay(nullptr), &XCloseDisplay);
+    if (!display)
+        fail(QStringLiteral("the desk's X server does not answer"));
+    return display;
+}
+
+bool rootHas(Display *display, const char *property) {
+    const Atom name = XInternAtom(display, property, False);
+    Atom type = 0;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char *value = nullptr;
+    XGetWindowProperty(display, DefaultRootWindow(display), name, 0, 1, False, XA_WINDOW, &type,
+                       &format, &count, &left, &value);
+    if (value)
+        XFree(value);
+    return count == 1;
+}
+
+/// The first property says that the window manager is there, the second, written later, that it
+/// has decided about the focus and will not take it from a window that is shown now.
+bool hasWindowManager(Display *display) {
+    return rootHas(display, "_NET_SUPPORTING_WM_CHECK") && rootHas(display, "_NET_ACTIVE_WINDOW");
+}
+
+bool hasTray(Display *display) {
+    const Atom tray = XInternAtom(display, "_NET_SYSTEM_TRAY_S0", False);
+    return XGetSelectionOwner(display, tray) != 0;
+}
+
+/// Nothing of the caller's own desktop, sound server or proxy may reach the desk's programs.
+void forgetOuterDesktop() {
+    for (const char *name : {"http_proxy",
+                             "https_proxy",
+                             "all_proxy",
+                             "no_proxy",
+                             "HTTP_PROXY",
+                             "HTTPS_PROXY",
+                             "ALL_PROXY",
+                             "NO_PROXY",
+                             "DISPLAY",
+                             "WAYLAND_DISPLAY",
+                             "XAUTHORITY",
+                             "XMODIFIERS",
+                             "XDG_CURRENT_DESKTOP",
+                             "XDG_SESSION_TYPE",
+                             "PULSE_SERVER",
+                             "PULSE_SINK",
+                             "PULSE_SOURCE",
+                             "PULSE_COOKIE",
+                             "PULSE_CLIENTCONFIG",
+                             "PULSE_RUNTIME_PATH",
+                             "QT_IM_MODULE",
+                             "GTK_IM_MODULE",
+                             "QT_STYLE_OVERRIDE",
+                             "QT_QPA_PLATFORMTHEME",
+                             "LANGUAGE"})
+        qunsetenv(name);
+    qputenv("LC_ALL", "C.UTF-8");
+    qputenv("NO_AT_BRIDGE", "1");
+    // Without a graphics card GL is emulated: slow, and the emulator leaks when it is unloaded.
+    qputenv("QT_XCB_GL_INTEGRATION", "none");
+    qputenv("QT_QUICK_BACKEND", "software");
+    // Otherwise the first program that looks for a session bus would start one that nobody ends.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}
+
+void writeFile(const QString &path, const QByteArray &content) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        fail(QStringLiteral("cannot write %1").arg(path));
+}
+
+} // namespace
+
+VirtualDesk::VirtualDesk(Needs needs)
+    : m_folder(QDir::tempPath() + QStringLiteral("/vellumar-desk-XXXXXX")) {
+    if (!m_folder.isValid())
+        fail(QStringLiteral("no folder for the desk: ") + m_folder.errorString());
+    m_folder.setAutoRemove(!qEnvironmentVariableIsSet("VELLUMAR_KEEP_DESK"));
+    forgetOuterDesktop();
+    makeFolders();
+    qputenv("QT_QPA_PLATFORM", needs & (Screen | Tray) ? "xcb" : "offscreen");
+    if (needs & (Screen | Tray))
+        startScreen();
+    if (needs & Tray)
+        startTray();
+    if (needs & Sound)
+        startSound();
+}
+
+VirtualDesk::~VirtualDesk() {
+    // The last started goes first, so that the X server outlives its clients.
+    while (!m_processes.empty())
+        m_processes.pop_back();
+}
+
+QString VirtualDesk::folder() const {
+    return m_folder.path();
+}
+
+void VirtualDesk::makeFolders() {
+    const QDir root(m_folder.path());
+    const std::vector<std::pair<const char *, QString>> folders = {
+        {"HOME", QStringLiteral("home")},
+        {"TMPDIR", QStringLiteral("tmp")},
+        {"XDG_CONFIG_HOME", QStringLiteral("config")},
+        {"XDG_DATA_HOME", QStringLiteral("data")},
+        {"XDG_CACHE_HOME", QStringLiteral("cache")},
+        {"XDG_RUNTIME_DIR", QStringLiteral("runtime")},
+    };
+    for (const auto &[variable, name] : folders) {
+        root.mkpath(name);
+        const QString path = root.filePath(name);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv(variable, path.toLocal8Bit());
+    }
+    root.mkpath(QStringLiteral("log"));
+    root.mkpath(QStringLiteral("config/pulse"));
+    // A client that finds no server must not start one behind the back of a test that ended it.
+    writeFile(root.filePath(QStringLiteral("config/pulse/client.conf")), "autospawn = no\n");
+}
+
+void VirtualDesk::startServer() {
+    QProcess *server =
+        start(QStringLiteral("Xvfb"),
+              {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+               QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-noreset"),
+               QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    QByteArray number;
+    const QDeadlineTimer deadline(upTimeoutMs);
+    while (!number.endsWith('\n')) {
+        if (!server->waitForReadyRead(static_cast<int>(deadline.remainingTime())))
+            fail(QStringLiteral("Xvfb names no display: ") + server->errorString());
+        number += server->readAllStandardOutput();
+    }
+    qputenv("DISPLAY", ":" + number.trimmed());
+}
+
+void VirtualDesk::startScreen() {
+    startServer();
+    const XConnection display = connectToScreen();
+    run(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us,ru")});
+    awaitUp(start(QStringLiteral("openbox"), {}), "openbox",
+            [&display] { return hasWindowManager(display.get()); });
+}
+
+void VirtualDesk::startTray() {
+    const XConnection display = connectToScreen();
+    QProcess *tray =
+        start(QStringLiteral("trayer"), {QStringLiteral("--edge"), QStringLiteral("top"),
+                                         QStringLiteral("--align"), QStringLiteral("right")});
+    awaitUp(tray, "trayer", [&display] { return hasTray(display.get()); });
+}
+
+void VirtualDesk::startSound() {
+    if (m_sound)
+        return;
+    m_sound =
+        start(QStringLiteral("pulseaudio"),
+              {QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
+               QStringLiteral("-n"), QStringLiteral("--load=module-native-protocol-unix"),
+               QStringLiteral("--load=module-null-sink sink_name=speaker "
+                              "sink_properties=device.description=Speaker"),
+               QStringLiteral("--load=module-null-sink sink_name=micfeed"),
+               QStringLiteral("--load=module-remap-source master=micfeed.monitor source_name=mic "
+                              "source_properties=device.description=Microphone")});
+    awaitUp(m_sound, "pulseaudio", [] {
+        DeskProcess probe;
+        probe.start(QStringLiteral("pactl"), {QStringLiteral("info")});
+        return probe.waitForFinished(upTimeoutMs) && probe.exitCode() == 0;
+    });
+}
+
+void VirtualDesk::stopSound() {
+    end(m_sound);
+    m_sound = nullptr;
+}
+
+void VirtualDesk::awaitUp(QProcess *process, const char *what, const std::function<bool()> &isUp) {
+    constexpr int betweenProbesMs = 20;
+    const QDeadlineTimer deadline(upTimeoutMs);
+    while (!isUp()) {
+        // The wait between two looks is one for the process's untimely end.
+        if (process->waitForFinished(betweenProbesMs) || process->state() == QProcess::NotRunning)
+            fail(QStringLiteral("%1 ended at once with status %2")
+                     .arg(QLatin1String(what))
+                     .arg(process->exitCode()));
+        if (deadline.hasExpired())
+            fail(QStringLiteral("%1 did not come up").arg(QLatin1String(what)));
+    }
+}
+
+QString VirtualDesk::run(const QString &program, const QStringList &arguments) {
+    DeskProcess process;
+    process.start(program, arguments);
+    if (!process.waitForStarted() || !process.waitForFinished())
+        fail(QStringLiteral("%1: %2").arg(program, process.errorString()));
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        fail(QStringLiteral("%1 %2 failed: %3")
+                 .arg(program, arguments.join(QLatin1Char(' ')),
+                      QString::fromLocal8Bit(process.readAllStandardError())));
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+QProcess *VirtualDesk::start(const QString &program, const QStringList &arguments) {
+    const QString log =
+        QStringLiteral("%1/log/%2-%3")
+            .arg(m_folder.path(), QString::number(++m_started).rightJustified(2, '0'),
+                 program.section(QLatin1Char('/'), -1));
+    auto process = std::make_unique<DeskProcess>();
+    process->setStandardErrorFile(log + QStringLiteral(".err"));
+    // Without an event loop nobody would read a pipe, and a talkative program would block on it;
+    // the X server tells the number of its display there and nothing more.
+    if (!QCoreApplication::instance() && program != QLatin1String("Xvfb"))
+        process->setStandardOutputFile(log + QStringLiteral(".out"));
+    process->start(program, arguments);
+    if (!process->waitForStarted())
+        fail(QStringLiteral("%1: %2").arg(program, process->errorString()));
+    m_processes.push_back(std::move(process));
+    return m_processes.back().get();
+}
+
+void VirtualDesk::end(QProcess *process) {
+    const auto known = std::find_if(m_processes.begin(), m_processes.end(),
+                                    [process](const auto &own) { return own.get() == process; });
+    if (known != m_processes.end())
+        m_processes.erase(known);
+}
+
+QString VirtualDesk::loadModule(const QStringList &arguments) {
+    return run(QStringLiteral("pactl"), QStringList{QStringLiteral("load-module")} + arguments)
+        .trimmed();
+}
+
+void VirtualDesk::unloadModule(const QString &index) {
+    run(QStringLiteral("pactl"), {QStringLiteral("unload-module"), index});
+}
+
+QProcess *VirtualDesk::speak(const QString &wavFile) {
+    return start(QStringLiteral("paplay"), {QStringLiteral("--device=micfeed"), wavFile});
+}
+
+void VirtualDesk::screenshot(const QString &pngFile) {
+    run(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), pngFile});
+}
