@@ -1,0 +1,61 @@
+#include "ClientHarness.h"
+
+#include "Stand.h"
+#include "connection/ConnectionHeartbeat.h"
+#include "connection/WebSocketClient.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/ConnectionManagerSettings.h"
+#include "recognition/AsrManager.h"
+#include "recognition/ResultManager.h"
+
+#include <QFile>
+#include <QTest>
+
+ClientHarness::ClientHarness(const Stand &stand) {
+    QFile::remove(Settings(QString()).fileName());
+    Settings(QString()).sync();
+    stand.writeSettings();
+    ConnectionManagerSettings().QuietConnectionEnabled = true;
+    ASRSettings().SelectedTheme = QStringLiteral("therapy");
+
+    m_worker = new WebSocketWorker;
+    m_socketService = std::make_unique<SubService>(m_worker, true);
+    m_manager = new ConnectionManager(m_worker->wsClient(), m_worker->asrManager(), &m_recording);
+    m_managerService = std::make_unique<SubService>(m_manager, true);
+    auto *heartbeat = new ConnectionHeartbeat(m_worker->wsClient());
+    m_heartbeatService = std::make_unique<SubService>(heartbeat, false);
+    connect(heartbeat, &ConnectionHeartbeat::timeout, m_manager,
+            &ConnectionManager::onDisconnectRequested);
+    connect(m_manager, &ConnectionManager::disconnected, m_worker->resultManager(),
+            &ResultManager::flushResult);
+    connect(m_manager, &ConnectionManager::stateChanged, this, &ClientHarness::onStateChanged);
+}
+
+ClientHarness::~ClientHarness() {
+    stop();
+}
+
+void ClientHarness::start() {
+    m_socketService->Start();
+    m_managerService->Start();
+}
+
+void ClientHarness::stop() {
+    m_heartbeatService->Stop();
+    m_managerService->Stop();
+    m_socketService->Stop();
+}
+
+void ClientHarness::onStateChanged(const ConnectionStateInfo &info) {
+    m_states << info.state();
+    if (info.is(ConnectionState::Failed))
+        m_message = info.message();
+    if (info.is(ConnectionState::WsConnected))
+        m_heartbeatService->Start();
+    else if (info.is(ConnectionState::Disconnected))
+        m_heartbeatService->Stop();
+}
+
+bool ClientHarness::waitFor(ConnectionState state, int timeoutMs) {
+    return QTest::qWaitFor([&] { return m_states.contains(static_cast<int>(state)); }, timeoutMs);
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "audio/AudioListManager.h"
+#include "audio/RecordingDeviceManager.h"
+#include "connection/ConnectionManager.h"
+#include "connection/WebSocketWorker.h"
+#include "core/workers/SubService.h"
+
+#include <QList>
+
+#include <memory>
+
+class Stand;
+
+/// A list of devices on a machine without any.
+class NoDevices : public AudioListManager {
+public:
+    NoDevices() : AudioListManager(QAudio::AudioInput, nullptr) {}
+
+protected:
+    ExtAudioDeviceInfo CreateExtDeviceInfo(const QAudioDeviceInfo &) override { return {}; }
+    QList<QAudioDeviceInfo> AvailableDevices() override { return {}; }
+};
+
+/// The client's side of a connection, wired as the application wires it, with its threads running.
+/// Sound is what a test emits as recording()'s SoundAvailable.
+class ClientHarness : public QObject {
+    Q_OBJECT
+
+public:
+    /// Starts from an empty settings file that points at the stand and asks for no theme.
+    explicit ClientHarness(const Stand &stand);
+    ~ClientHarness() override;
+
+    void start();
+    void stop();
+
+    ConnectionManager *manager() const { return m_manager; }
+    WebSocketWorker *worker() const { return m_worker; }
+    AsrManager *asr() const { return m_worker->asrManager(); }
+    RecordingDeviceManager &recording() { return m_recording; }
+
+    /// All states so far.
+    QList<int> states() const { return m_states; }
+    /// Why the last pass failed.
+    QString message() const { return m_message; }
+    bool waitFor(ConnectionState state, int timeoutMs = 10000);
+    /// Lets the next waitFor look at what comes from now on.
+    void forget() { m_states.clear(); }
+
+private:
+    void onStateChanged(const ConnectionStateInfo &info);
+
+    NoDevices m_noDevices;
+    RecordingDeviceManager m_recording{&m_noDevices, nullptr};
+    WebSocketWorker *m_worker;
+    ConnectionManager *m_manager;
+    std::unique_ptr<SubService> m_socketService;
+    std::unique_ptr<SubService> m_managerService;
+    std::unique_ptr<SubService> m_heartbeatService;
+    QList<int> m_states;
+    QString m_message;
+};

@@ -1,0 +1,219 @@
+#include "DeskTest.h"
+#include "core/Exception.h"
+#include "core/workers/RepeatWorker.h"
+#include "core/workers/SubService.h"
+
+#include <QElapsedTimer>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QThread>
+
+#include <functional>
+
+/// Calls what the test gives it at each step of its life and counts the steps.
+class ScriptedWorker : public BaseWorker {
+    Q_OBJECT
+
+public:
+    std::function<void()> onInitialize = [] {};
+    std::function<void(CancellationCondition *)> onProcess = [](CancellationCondition *) {};
+    std::function<void()> onCleanUp = [] {};
+    std::function<void()> onStopping = [] {};
+    QStringList steps;
+    QSemaphore lives;
+
+    void setStartDelay(unsigned long milliseconds) { m_startDelay = milliseconds; }
+    void onStop() override {
+        onStopping();
+        BaseWorker::onStop();
+    }
+
+protected:
+    void initialize() override {
+        steps << QStringLiteral("initialize");
+        onInitialize();
+    }
+    void process(CancellationCondition *cancellation) override {
+        steps << QThread::currentThread()->objectName();
+        onProcess(cancellation);
+    }
+    void cleanUp() override {
+        steps << QStringLiteral("cleanUp");
+        lives.release();
+        onCleanUp();
+    }
+};
+
+class CountingWorker : public RepeatWorker {
+    Q_OBJECT
+
+public:
+    explicit CountingWorker(unsigned long interval) : RepeatWorker(interval) {}
+    std::function<void(int)> onRound = [](int) {};
+    QSemaphore rounds;
+
+protected:
+    void repeatableWork(CancellationCondition *) override {
+        rounds.release();
+        onRound(++m_round);
+    }
+
+private:
+    int m_round = 0;
+};
+
+/// Services and workers: lives, stops, faults.
+class TestWorkers : public QObject {
+    Q_OBJECT
+
+private slots:
+    void livesAgainAfterAStop();
+    void stopsWithoutAStart();
+    void logsFaults_data();
+    void logsFaults();
+    void goesOnAfterAFaultyRound();
+    void endsAPauseAtOnce_data();
+    void endsAPauseAtOnce();
+    void outlivesALateWorker();
+};
+
+void TestWorkers::livesAgainAfterAStop() {
+    auto *worker = new ScriptedWorker;
+    SubService service(worker, true);
+    QVERIFY(service.autoStart());
+    const QStringList life{QStringLiteral("initialize"), QStringLiteral("ScriptedWorker"),
+                           QStringLiteral("cleanUp")};
+    service.Start();
+    QVERIFY(worker->lives.tryAcquire(1, 5000));
+    QVERIFY(!worker->isWorkDone(nullptr));
+    service.Start(); // a whole stop, then a new life
+    QVERIFY(worker->lives.tryAcquire(1, 5000));
+    service.Stop();
+    QVERIFY(worker->isWorkDone(nullptr));
+    QCOMPARE(worker->steps, life + life);
+}
+
+void TestWorkers::stopsWithoutAStart() {
+    SubService service(new CountingWorker(0), false);
+    QElapsedTimer timer;
+    timer.start();
+    service.Stop();
+    QVERIFY(timer.elapsed() < 50);
+    QVERIFY(!service.autoStart());
+}
+
+void TestWorkers::logsFaults_data() {
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<bool>("isKnown");
+    QTest::addColumn<QString>("message");
+    const auto row = [](const char *name, const char *place, bool isKnown, const char *message) {
+        QTest::newRow(name) << QString::fromLatin1(place) << isKnown
+                            << QString::fromLatin1(message);
+    };
+    row("initialize", "initialize", true,
+        "External cycle error in subService [ScriptedWorker]: \nboom");
+    row("process", "process", true, "External cycle error in subService [ScriptedWorker]: \nboom");
+    row("process, unknown", "process", false,
+        "External cycle unknown error in subService [ScriptedWorker]");
+    row("cleanUp", "cleanUp", true, "CleanUp error in subService [ScriptedWorker]: \nboom");
+    row("cleanUp, unknown", "cleanUp", false,
+        "CleanUp unknown error in subService [ScriptedWorker]");
+    row("onStop", "onStop", true, "onStop errorin subService [ScriptedWorker]: \nboom");
+    row("onStop, unknown", "onStop", false, "onStop unknown error in subService [ScriptedWorker]");
+}
+
+void TestWorkers::logsFaults() {
+    QFETCH(QString, place);
+    QFETCH(bool, isKnown);
+    QFETCH(QString, message);
+    auto *worker = new ScriptedWorker;
+    const auto fail = [place, isKnown, worker](const char *here) {
+        if (place != QLatin1String(here))
+            return;
+        if (place == QLatin1String("onStop")) // or the service would wait its whole time
+            worker->BaseWorker::onStop();
+        if (isKnown)
+            throw Exception("boom");
+        throw 1;
+    };
+    worker->onInitialize = [fail] { fail("initialize"); };
+    worker->onProcess = [fail](CancellationCondition *) { fail("process"); };
+    worker->onCleanUp = [fail] { fail("cleanUp"); };
+    worker->onStopping = [fail] { fail("onStop"); };
+    SubService service(worker, true);
+    QTest::ignoreMessage(QtCriticalMsg, qPrintable(message));
+    service.Start();
+    QVERIFY2(worker->lives.tryAcquire(1, 5000), "cleanUp runs after every fault");
+    service.Stop();
+}
+
+void TestWorkers::goesOnAfterAFaultyRound() {
+    auto *worker = new CountingWorker(60000);
+    worker->onRound = [](int round) {
+        if (round == 1)
+            throw Exception("first");
+        if (round == 2)
+            throw 2;
+    };
+    SubService service(worker, true);
+    QTest::ignoreMessage(QtCriticalMsg, "Error in subService [CountingWorker]: \nfirst");
+    QTest::ignoreMessage(QtCriticalMsg, "Unknown error in subService [CountingWorker]");
+    service.Start();
+    QVERIFY2(worker->rounds.tryAcquire(3, 5000), "a faulty round is followed without the pause");
+    service.Stop();
+    QCOMPARE(worker->rounds.available(), 0);
+}
+
+void TestWorkers::endsAPauseAtOnce_data() {
+    QTest::addColumn<bool>("isStartDelay");
+    QTest::newRow("between two rounds") << false;
+    QTest::newRow("before the start") << true;
+}
+
+void TestWorkers::endsAPauseAtOnce() {
+    QFETCH(bool, isStartDelay);
+    std::unique_ptr<SubService> service;
+    if (isStartDelay) {
+        auto *worker = new ScriptedWorker;
+        worker->setStartDelay(60000);
+        service = std::make_unique<SubService>(worker, true);
+        service->Start();
+    } else {
+        auto *worker = new CountingWorker(60000);
+        service = std::make_unique<SubService>(worker, true);
+        service->Start();
+        QVERIFY(worker->rounds.tryAcquire(1, 5000));
+    }
+    QElapsedTimer timer;
+    timer.start();
+    service->Stop();
+    QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestWorkers::outlivesALateWorker() {
+    QSemaphore mayEnd;
+    QSemaphore hasEnded;
+    bool sawTheStop = false;
+    auto *worker = new ScriptedWorker;
+    worker->onProcess = [&](CancellationCondition *cancellation) {
+        mayEnd.acquire();
+        // The service has given up waiting and must not have freed this.
+        sawTheStop = cancellation->isCanceled;
+        hasEnded.release();
+    };
+    {
+        SubService service(worker, true);
+        service.Start();
+        QElapsedTimer timer;
+        timer.start();
+        service.Stop();
+        QVERIFY2(timer.elapsed() < 12000, "a stuck worker costs at most ten seconds");
+        mayEnd.release();
+        QVERIFY(hasEnded.tryAcquire(1, 5000));
+        QTRY_VERIFY(!worker->thread()->isRunning());
+    }
+    QVERIFY(sawTheStop);
+}
+
+DESK_CORE_TEST_MAIN(TestWorkers)
+#include "TestWorkers.moc"

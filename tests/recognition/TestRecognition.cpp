@@ -1,0 +1,232 @@
+#include "DeskTest.h"
+#include "connection/DataMessageProcessor.h"
+#include "connection/WebSocketClient.h"
+#include "connection/messages/MessageType.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/LaunchSettings.h"
+#include "recognition/AsrManager.h"
+
+#include <QFile>
+#include <QSignalSpy>
+
+namespace {
+
+using Modes = std::optional<RecognitionMode>;
+
+ClientThemeInfo theme(const char *id) {
+    ClientThemeInfo info;
+    info.setId(QString::fromLatin1(id));
+    return info;
+}
+
+FormMetadata formOf(const char *themeId) {
+    FormMetadata form;
+    form.setThemeId(QString::fromLatin1(themeId));
+    return form;
+}
+
+} // namespace
+
+/// The target mode and the mirror of the server's modes, without a connection.
+class TestRecognition : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void followsTheSettingWhileIdle_data();
+    void followsTheSettingWhileIdle();
+    void findsTheTargetTheme_data();
+    void findsTheTargetTheme();
+    void changesTheFormOnlyInAFormMode();
+    void reportsAModeOnce();
+    void asksForModes_data();
+    void asksForModes();
+    void refusesToStartWithoutAConnection();
+};
+
+void TestRecognition::init() {
+    QFile::remove(Settings(QString()).fileName());
+    Settings(QString()).sync();
+}
+
+void TestRecognition::followsTheSettingWhileIdle_data() {
+    QTest::addColumn<int>("stored"); // -1 for a target that was never set
+    QTest::addColumn<bool>("isVoiceEnabled");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("never set") << -1 << false << 0;
+    QTest::newRow("never set, voice on") << -1 << true << 1;
+    QTest::newRow("off, voice on since") << 0 << true << 1;
+    QTest::newRow("voice, off since") << 1 << false << 0;
+    QTest::newRow("dictation stays") << 2 << true << 2;
+    QTest::newRow("form stays") << 3 << true << 3;
+}
+
+void TestRecognition::followsTheSettingWhileIdle() {
+    QFETCH(int, stored);
+    QFETCH(bool, isVoiceEnabled);
+    LaunchSettings().VoiceActivationEnabled = isVoiceEnabled;
+    TargetModeInfo target;
+    if (stored >= 0) {
+        target.BackupTargetMode(static_cast<RecognitionMode>(stored), std::nullopt, std::nullopt,
+                                QString());
+    }
+    QCOMPARE(target.isEmpty(), stored < 0);
+    QTEST(static_cast<int>(*target.getTargetMode()), "expected");
+    QCOMPARE(target.mode(), target.getTargetMode());
+    QCOMPARE(target.isEmpty(), stored < 0);
+}
+
+void TestRecognition::findsTheTargetTheme_data() {
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("formTheme");
+    QTest::addColumn<QString>("targetTheme");
+    QTest::addColumn<bool>("isFine");
+    QTest::addColumn<QString>("found");
+    QTest::newRow("no target") << -1 << ""
+                               << "a" << true << "";
+    QTest::newRow("idle wants none") << 1 << ""
+                                     << "a" << true << "";
+    QTest::newRow("dictation") << 2 << ""
+                               << "b" << true << "b";
+    QTest::newRow("dictation, gone") << 2 << ""
+                                     << "z" << false << "";
+    QTest::newRow("dictation without one") << 2 << ""
+                                           << "" << true << "";
+    QTest::newRow("form's own") << 3 << "a"
+                                << "b" << true << "a";
+    QTest::newRow("form without one") << 4 << ""
+                                      << "b" << true << "b";
+    QTest::newRow("form's own, gone") << 3 << "z"
+                                      << "b" << false << "";
+}
+
+void TestRecognition::findsTheTargetTheme() {
+    QFETCH(int, mode);
+    QFETCH(QString, formTheme);
+    QFETCH(QString, targetTheme);
+    TargetModeInfo target;
+    if (mode >= 0) {
+        target.BackupTargetMode(static_cast<RecognitionMode>(mode), formOf(qPrintable(formTheme)),
+                                std::nullopt, targetTheme);
+    }
+    std::optional<ClientThemeInfo> found;
+    QTEST(target.FindTargetTheme({theme("a"), theme("b")}, &found), "isFine");
+    QTEST(found ? found->id() : QString(), "found");
+}
+
+void TestRecognition::changesTheFormOnlyInAFormMode() {
+    TargetModeInfo target;
+    const auto change = [&target] {
+        target.BackupTargetElement(QStringLiteral("field"));
+        target.UpdateTargetCommandSet({QStringLiteral("c")});
+        target.UpdateTargetFormSettings({{QStringLiteral("k"), 1}});
+        target.UpdateTargetTheme(QStringLiteral("t"));
+    };
+    target.BackupTargetMode(RecognitionMode::Text, formOf("a"), std::nullopt, QString());
+    change();
+    QVERIFY(!target.formElement() && target.form()->formCommands().isEmpty());
+    QCOMPARE(target.form()->themeId(), QStringLiteral("a"));
+    QCOMPARE(target.themeId(), QStringLiteral("t"));
+
+    target.BackupTargetMode(RecognitionMode::TemplatedForm, formOf("a"), std::nullopt, QString());
+    change();
+    QCOMPARE(*target.formElement(), QStringLiteral("field"));
+    QCOMPARE(target.form()->formCommands().size(), 1);
+    QCOMPARE(target.form()->formSettings(), QStringLiteral("{\"k\":1}"));
+    QCOMPARE(target.form()->themeId(), QStringLiteral("t"));
+
+    unsigned long window = 0;
+    target.UpdateTargetHandles(7);
+    QVERIFY(target.GetTargetHandles(&window) && window == 7);
+    target.ResetTargetMode();
+    QVERIFY(!target.GetTargetHandles(&window) && !target.mode() && !target.form() &&
+            target.isEmpty());
+}
+
+void TestRecognition::reportsAModeOnce() {
+    WebSocketClient client(nullptr);
+    AsrManager manager(&client);
+    QSignalSpy changes(&manager, &AsrManager::currentModeOrStateChanged);
+    RecognitionMode startedBefore = RecognitionMode::TemplatedForm;
+    connect(&manager, &AsrManager::currentModeOrStateChanged, this,
+            [&] { startedBefore = manager.getLastStartedMode(); });
+    const auto report = [&client](const char *data) {
+        client.messageProcessor()->onTextMessageReceived(
+            QStringLiteral("{\"MessageType\":2,\"Data\":%1}").arg(QLatin1String(data)));
+    };
+    report(R"({"Mode":2,"State":1,"Info":"x"})");
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(startedBefore, RecognitionMode::Off);
+    QCOMPARE(manager.getLastStartedMode(), RecognitionMode::Text);
+    report(R"({"Mode":2,"State":1})");
+    report(R"({"Mode":5,"State":1})");
+    report(R"({"Mode":-1,"State":0})");
+    report(R"({"Mode":"2","State":[]})"); // reads as Off, Starting
+    QCOMPARE(changes.count(), 2);
+    QCOMPARE(changes.last().at(0).value<RecognitionMode>(), RecognitionMode::Off);
+}
+
+void TestRecognition::asksForModes_data() {
+    QTest::addColumn<int>("target"); // -1 for none
+    QTest::addColumn<int>("request");
+    QTest::addColumn<bool>("isVoiceEnabled");
+    QTest::addColumn<int>("stoppingMode"); // -1 for no report
+    QTest::addColumn<int>("newTarget");
+    enum { Start, Stop };
+    QTest::newRow("start") << -1 << +Start << false << 0 << 2;
+    QTest::newRow("start again") << 2 << +Start << false << -1 << 2;
+    QTest::newRow("stop") << 2 << +Stop << false << 2 << 0;
+    QTest::newRow("stop again") << 0 << +Stop << false << -1 << 0;
+    QTest::newRow("stop, voice on") << 2 << +Stop << true << 2 << 1;
+    QTest::newRow("stop a form") << 3 << +Stop << false << 3 << 0;
+}
+
+void TestRecognition::asksForModes() {
+    QFETCH(int, target);
+    QFETCH(int, request);
+    QFETCH(int, stoppingMode);
+    QFETCH(bool, isVoiceEnabled);
+    WebSocketClient client(nullptr);
+    AsrManager manager(&client);
+    manager.setIsVoiceActivationEnabled(isVoiceEnabled);
+    if (target >= 0) {
+        manager.getTargetModeInfo()->BackupTargetMode(static_cast<RecognitionMode>(target),
+                                                      FormMetadata(), std::nullopt, QString());
+    }
+    QSignalSpy changes(&manager, &AsrManager::currentModeOrStateChanged);
+    if (request == 0)
+        manager.startRecognitionMode(std::nullopt, true);
+    else
+        manager.stopRecognition();
+    QCOMPARE(changes.count(), stoppingMode < 0 ? 0 : 1);
+    if (stoppingMode >= 0) {
+        QCOMPARE(static_cast<int>(changes[0].at(0).value<RecognitionMode>()), stoppingMode);
+        QCOMPARE(changes[0].at(1).value<AsrState>(), AsrState::Stopping);
+    }
+    QTEST(static_cast<int>(*manager.getTargetModeInfo()->mode()), "newTarget");
+    QVERIFY(!manager.getTargetModeInfo()->form());
+}
+
+void TestRecognition::refusesToStartWithoutAConnection() {
+    WebSocketClient client(nullptr);
+    AsrManager manager(&client);
+    QStringList errors;
+    connect(&manager, &AsrManager::errorNotification, this,
+            [&errors](const QString &error) { errors << error; });
+    QSignalSpy sent(&client, &WebSocketConnection::sendText);
+    ConnectionStateInfo info;
+    info.setState(static_cast<int>(ConnectionState::Failed));
+    manager.connectionStateChanged(info);
+    manager.changeRecognition();
+    info.setMessage(QStringLiteral("Не удалось получить список серверов"));
+    manager.connectionStateChanged(info);
+    manager.startRecognition();
+    QCOMPARE(errors, QStringList({QStringLiteral("Не удалось подключиться к серверу"),
+                                  QStringLiteral("Не удалось получить список серверов")}));
+    QVERIFY(!manager.getTargetModeInfo()->mode());
+    manager.stopRecognition();
+    QCOMPARE(sent.count(), 0);
+}
+
+DESK_CORE_TEST_MAIN(TestRecognition)
+#include "TestRecognition.moc"
