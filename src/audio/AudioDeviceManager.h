@@ -3,6 +3,7 @@
 #include "audio/AudioDeviceManagerBase.h"
 #include "core/LoggingCategories.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 
 /// Opens and closes the device object of one direction.
@@ -59,6 +60,8 @@ protected:
         Disconnect();
         while (T *device = this->template findChild<T *>(QString(), Qt::FindDirectChildrenOnly)) {
             device->disconnect(this);
+            // Otherwise the events that it handles in its destructor would delete it once more.
+            QCoreApplication::removePostedEvents(device, QEvent::DeferredDelete);
             delete device;
         }
     }

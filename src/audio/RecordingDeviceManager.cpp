@@ -68,7 +68,7 @@ void RecordingDeviceManager::internal_set_Gain(int gain) {
 void RecordingDeviceManager::read_Gain() {
     if (!Device())
         return;
-    const int gain = static_cast<int>(Device()->volume() * 100.0 + 0.5);
+    const int gain = qRound(Device()->volume() * 100.0);
     if (m_gain == gain)
         return;
     m_gain = gain;

@@ -114,7 +114,9 @@ int WindowsManager::runApplication(int argc, char **argv) {
     stopSubServices();
     m_hotKeyManager->keyboardHookUnreg();
     pulseAudio.Stop();
-    m_subServices.clear();
+    m_heartbeatService = nullptr;
+    while (!m_subServices.empty())
+        m_subServices.pop_back();
     m_runGuard = nullptr;
     return result;
 }
@@ -128,6 +130,9 @@ int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
     connect(&quitSignals, &QuitSignals::quitRequested, this, &WindowsManager::closeApplication);
     TextWriter::Init();
     const int result = QApplication::exec();
+    // The workers' last signals: what was said last is still to be typed.
+    stopSubServices();
+    QCoreApplication::sendPostedEvents();
     TextWriter::Cleanup();
     return result;
 }
@@ -305,6 +310,8 @@ void WindowsManager::onVACSettingsVisibleChanged(bool vacVisible) {
 
 void WindowsManager::onConnectionStateChanged(const ConnectionStateInfo &stateInfo) {
     emit connectionStateChanged(stateInfo);
+    if (!m_heartbeatService)
+        return;
     if (stateInfo.is(ConnectionState::WsConnected)) {
         m_heartbeatService->Start();
     } else if (stateInfo.is(ConnectionState::Disconnected)) {

@@ -28,7 +28,8 @@ struct ModifierMapCloser {
 using ModifierMap = std::unique_ptr<XModifierKeymap, ModifierMapCloser>;
 
 struct ClientMapCloser {
-    void operator()(XkbDescRec *map) const { XkbFreeClientMap(map, 0, True); }
+    // Freeing the client map alone would leave the record that holds it.
+    void operator()(XkbDescRec *map) const { XkbFreeKeyboard(map, XkbAllComponentsMask, True); }
 };
 using ClientMap = std::unique_ptr<XkbDescRec, ClientMapCloser>;
 
@@ -137,11 +138,16 @@ void XTextWriter::addKey(const XKey &key) {
 }
 
 void XTextWriter::buildKeyTable() {
-    // A new line is Shift+Return: a plain Return would send the form in many an application.
-    for (const wchar_t lineBreak : {L'\n', L'\u00B6'})
-        addKey({lineBreak, 0, XK_Return, ShiftMask, false});
-
     Display *display = m_display.get();
+    // A new line is Shift+Return: a plain Return would send the form in many an application. It
+    // takes the real key if there is one, since browsers know Return by its keycode, not its
+    // symbol.
+    KeyCode returnKey = XKeysymToKeycode(display, XK_Return);
+    if (XkbKeycodeToKeysym(display, returnKey, 0, 0) != XK_Return)
+        returnKey = 0;
+    for (const wchar_t lineBreak : {L'\n', L'\u00B6'})
+        addKey({lineBreak, returnKey, XK_Return, ShiftMask, false});
+
     const ModifierMap modifiers(XGetModifierMapping(display));
     const ClientMap map(
         XkbGetMap(display, XkbKeyTypesMask | XkbKeySymsMask | XkbModifierMapMask, XkbUseCoreKbd));
@@ -174,7 +180,8 @@ XTextWriter::XKey XTextWriter::wchar2key(wchar_t ch) const {
     constexpr wchar_t Latin1End = 256;
     const auto code = static_cast<unsigned long>(ch);
     const unsigned long keysym = ch < Latin1End ? code : code + UnicodeSymbols;
-    if (!XKeysymToString(keysym))
+    // The symbols above all have names, which Xlib would allocate and never free.
+    if (ch < Latin1End && !XKeysymToString(keysym))
         return {ch, 0, NoSymbol, 0, false};
     const auto bySymbol = m_keyBySymbol.constFind(keysym);
     if (bySymbol != m_keyBySymbol.constEnd())
@@ -211,7 +218,7 @@ bool XTextWriter::writeText(unsigned long window, const QString &text) {
                 qInfo().noquote()
                     << QStringLiteral("XTextWriter: Unknown char %1").arg(*code, 0, 16);
             else
-                typeSpareKey(target, key, spare);
+                typeSlowly(target, key, spare);
         }
     }
     XSync(display, False);
@@ -229,8 +236,9 @@ void XTextWriter::typeKey(const Target &target, const XKey &key) {
     }
 }
 
-void XTextWriter::typeSpareKey(const Target &target, XKey key, SpareKey &spare) {
-    key.keycode = spare.map(key.keysym);
+void XTextWriter::typeSlowly(const Target &target, XKey key, SpareKey &spare) {
+    if (key.keycode == 0)
+        key.keycode = spare.map(key.keysym);
     if (key.keycode == 0)
         return;
     // The receiver hears of the new map first and fetches it when it comes to that event; until

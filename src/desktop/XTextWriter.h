@@ -21,7 +21,8 @@ public:
         unsigned char keycode; ///< 0 if the key has none
         unsigned long keysym;
         unsigned int state; ///< modifiers and layout group, as a key event carries them
-        bool onKeyboard;    ///< false if a spare keycode has to be mapped for the symbol
+        bool onKeyboard;    ///< false if it is typed with pauses, through a spare keycode if it has
+                            ///< none
     };
 
     XTextWriter();
@@ -42,7 +43,7 @@ private:
     void buildKeyTable();
     XKey wchar2key(wchar_t ch) const;
     void typeKey(const Target &target, const XKey &key);
-    void typeSpareKey(const Target &target, XKey key, SpareKey &spare);
+    void typeSlowly(const Target &target, XKey key, SpareKey &spare);
     void sendKey(unsigned long root, unsigned long window, unsigned long subwindow, const XKey &key,
                  bool press);
 

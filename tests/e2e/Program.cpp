@@ -1,0 +1,58 @@
+#include "Program.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+Program::Program(const QString &executable) {
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.start(executable.isEmpty() ? builtExecutable() : executable, QStringList());
+    m_process.waitForStarted();
+}
+
+QString Program::builtExecutable() {
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/vellumar");
+}
+
+QString Program::log() {
+    m_log += QString::fromUtf8(m_process.readAll());
+    return m_log;
+}
+
+bool Program::waitForLog(const QString &text, int timeoutMs) {
+    int found = -1;
+    const bool hasCome = QTest::qWaitFor(
+        [&] {
+            found = log().indexOf(text, m_position);
+            return found >= 0;
+        },
+        timeoutMs);
+    if (hasCome)
+        m_position = found + text.size();
+    else
+        qWarning().noquote() << "not in the log:" << text << "\n" << m_log.right(4000);
+    return hasCome;
+}
+
+int Program::waitForExit(int timeoutMs) {
+    const bool hasEnded = QTest::qWaitFor(
+        [this] {
+            log();
+            return m_process.state() == QProcess::NotRunning;
+        },
+        timeoutMs);
+    if (!hasEnded)
+        return -2;
+    if (m_process.exitCode() != 0)
+        qWarning().noquote() << log().right(4000);
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -3;
+}
+
+int Program::terminate(int timeoutMs) {
+    m_process.terminate();
+    return waitForExit(timeoutMs);
+}
+
+void Program::kill() {
+    m_process.kill();
+    waitForExit();
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "DeskProcess.h"
+
+#include <QString>
+
+/// The built program, run as a user runs it; its log is read from its standard output. Ended with
+/// this object.
+class Program {
+public:
+    /// @param executable  a copy to run, or empty for the built one
+    explicit Program(const QString &executable = QString());
+
+    static QString builtExecutable();
+
+    QString log();
+    /// Waits for a piece of the log behind the one that the last wait found.
+    bool waitForLog(const QString &text, int timeoutMs = 20000);
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+
+    /// Ends it by SIGTERM, as the session does.
+    /// @return its exit code; -2 if it does not end in time, -3 if it crashed
+    int terminate(int timeoutMs = 20000);
+    /// Waits until it ends by itself; as terminate().
+    int waitForExit(int timeoutMs = 20000);
+    void kill();
+
+private:
+    DeskProcess m_process;
+    QString m_log;
+    int m_position = 0;
+};

@@ -1,0 +1,125 @@
+#include "DeskTest.h"
+#include "Program.h"
+#include "XKeyboard.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+/// The process itself: start, log, the single instance, the end.
+class TestProgram : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void startsAndStopsItsWorkersInOrder();
+    void runsOnce();
+    void logsWhereItIsTold_data();
+    void logsWhereItIsTold();
+
+private:
+    /// The files of the log folder that the program makes by itself.
+    static QStringList ownLogs();
+};
+
+void TestProgram::init() {
+    QDir(qEnvironmentVariable("XDG_DATA_HOME")).removeRecursively();
+}
+
+QStringList TestProgram::ownLogs() {
+    return QDir(qEnvironmentVariable("XDG_DATA_HOME") + "/Ostrel/Vellumar/logs")
+        .entryList(QDir::Files);
+}
+
+void TestProgram::startsAndStopsItsWorkersInOrder() {
+    Program program;
+    QVERIFY(program.waitForLog(QStringLiteral("Logger started at ")));
+    const QStringList starts{QStringLiteral("Start begin: WebSocketWorker"),
+                             QStringLiteral("Start begin: ConnectionManager"),
+                             QStringLiteral("stateChanged from  1  to  2"),
+                             QStringLiteral("stateChanged from  3  to  0")};
+    for (const QString &line : starts)
+        QVERIFY(program.waitForLog(line));
+    QCOMPARE(program.terminate(), 0);
+    const QStringList stops{QStringLiteral("Stop begin: ConnectionManager"),
+                            QStringLiteral("Stop begin: WebSocketWorker"),
+                            QStringLiteral("Stop begin: KeyboardListener"),
+                            QStringLiteral("Quit app")};
+    for (const QString &line : stops)
+        QVERIFY(program.waitForLog(line, 0));
+    QCOMPARE(program.log().count(QStringLiteral("Start begin: ConnectionHeartbeat")), 0);
+}
+
+void TestProgram::runsOnce() {
+    Program first;
+    QVERIFY(first.waitForLog(QStringLiteral("Start begin: WebSocketWorker")));
+    {
+        Program second;
+        desk().run(QStringLiteral("xdotool"),
+                   {QStringLiteral("search"), QStringLiteral("--sync"),
+                    QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                    QStringLiteral("^Ошибка$"), QStringLiteral("windowactivate"),
+                    QStringLiteral("--sync")});
+        XKeyboard().play(QStringLiteral("+Return -Return"));
+        QCOMPARE(second.waitForExit(), 255);
+        QVERIFY(!second.log().contains(QStringLiteral("Start begin")));
+    }
+    QVERIFY(first.isRunning());
+    first.kill();
+    Program next;
+    QVERIFY2(next.waitForLog(QStringLiteral("Start begin: WebSocketWorker")),
+             "what a crash leaves behind does not keep the next one from starting");
+    QCOMPARE(next.terminate(), 0);
+}
+
+void TestProgram::logsWhereItIsTold_data() {
+    QTest::addColumn<bool>("hasFile");
+    QTest::addColumn<QByteArray>("configuration");
+    QTest::addColumn<QString>("inLog");
+    QTest::addColumn<bool>("isFallback");
+    const QByteArray good = "* GLOBAL:\n  FORMAT = \"%level-%msg\"\n"
+                            "  FILENAME = \"${env:HOME}/told${nosuch}.log\"\n"
+                            "  ENABLED = true\n  TO_FILE = true\n  TO_STANDARD_OUTPUT = true\n";
+    QTest::newRow("no file") << false << QByteArray() << "log.ini not found" << true;
+    QTest::newRow("a file") << true << good << "INFO-Logger started at " << false;
+    QTest::newRow("an empty file") << true << QByteArray() << "log.ini is empty" << true;
+    QTest::newRow("a file of no configuration") << true << QByteArray("nothing\nto = see\n\xFF\n")
+                                                << "Cannot parse logger configuration " << true;
+}
+
+void TestProgram::logsWhereItIsTold() {
+    QFETCH(bool, hasFile);
+    QFETCH(QByteArray, configuration);
+    QFETCH(QString, inLog);
+    QFETCH(bool, isFallback);
+    const QDir folder(desk().folder() + "/program");
+    QVERIFY(folder.mkpath(QStringLiteral(".")));
+    const QString executable = folder.filePath(QStringLiteral("vellumar"));
+    if (!QFile::exists(executable))
+        QVERIFY(QFile::copy(Program::builtExecutable(), executable));
+    QFile::remove(folder.filePath(QStringLiteral("log.ini")));
+    if (hasFile) {
+        QFile file(folder.filePath(QStringLiteral("log.ini")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(configuration), configuration.size());
+    }
+
+    Program program(executable);
+    QVERIFY(program.waitForLog(inLog));
+    QVERIFY(program.waitForLog(QStringLiteral("Start begin: ConnectionManager")));
+    QCOMPARE(program.terminate(), 0);
+    QCOMPARE(program.log().contains(QStringLiteral("Logger have used fallback configuration")),
+             isFallback);
+    QCOMPARE(QFile::exists(qEnvironmentVariable("HOME") + "/told.log"),
+             configuration.contains("told"));
+    QFile::remove(qEnvironmentVariable("HOME") + "/told.log");
+    QCOMPARE(ownLogs().size(), isFallback ? 1 : 0);
+    if (isFallback) {
+        const QRegularExpression name(
+            QStringLiteral("^log_\\d{4}-\\d\\d-\\d\\d \\d\\d-\\d\\d-\\d\\d\\.log$"));
+        QVERIFY2(name.match(ownLogs().constFirst()).hasMatch(), qPrintable(ownLogs()[0]));
+    }
+}
+
+DESK_TEST_MAIN(TestProgram, VirtualDesk::Screen)
+#include "TestProgram.moc"
