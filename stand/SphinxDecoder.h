@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 struct ps_decoder_s;
 
@@ -31,12 +32,14 @@ public:
     QString end();
 
 private:
+    QString endUtterance();
     QString hypothesis();
 
     struct Free {
         void operator()(ps_decoder_s *decoder) const;
     };
     std::unique_ptr<ps_decoder_s, Free> m_decoder;
+    std::vector<float> m_voiceMean; ///< of the voice and the microphone, see endUtterance()
     bool m_running = false;
     bool m_inSpeech = false;
 };

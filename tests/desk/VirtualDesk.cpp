@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFile>
 
-#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <algorithm>
 #include <stdexcept>
@@ -29,24 +28,30 @@ XConnection connectToScreen() {
     return display;
 }
 
-bool rootHas(Display *display, const char *property) {
-    const Atom name = XInternAtom(display, property, False);
+bool hasProperty(Display *display, Window window, const char *name) {
     Atom type = 0;
     int format = 0;
     unsigned long count = 0;
     unsigned long left = 0;
     unsigned char *value = nullptr;
-    XGetWindowProperty(display, DefaultRootWindow(display), name, 0, 1, False, XA_WINDOW, &type,
-                       &format, &count, &left, &value);
+    XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 1, False,
+                       AnyPropertyType, &type, &format, &count, &left, &value);
     if (value)
         XFree(value);
-    return count == 1;
+    return type != 0;
 }
 
-/// The first property says that the window manager is there, the second, written later, that it
-/// has decided about the focus and will not take it from a window that is shown now.
-bool hasWindowManager(Display *display) {
-    return rootHas(display, "_NET_SUPPORTING_WM_CHECK") && rootHas(display, "_NET_ACTIVE_WINDOW");
+/// Asks the window manager for the frame of a window that is never shown. The answer comes from its
+/// event loop as the property _NET_FRAME_EXTENTS of that window.
+void askForFrame(Display *display, Window window) {
+    XEvent question{};
+    question.xclient.type = ClientMessage;
+    question.xclient.window = window;
+    question.xclient.message_type = XInternAtom(display, "_NET_REQUEST_FRAME_EXTENTS", False);
+    question.xclient.format = 32;
+    XSendEvent(display, DefaultRootWindow(display), False,
+               SubstructureNotifyMask | SubstructureRedirectMask, &question);
+    XFlush(display);
 }
 
 bool hasTray(Display *display) {
@@ -167,8 +172,16 @@ void VirtualDesk::startScreen() {
     startServer();
     const XConnection display = connectToScreen();
     run(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us,ru")});
-    awaitUp(start(QStringLiteral("openbox"), {}), "openbox",
-            [&display] { return hasWindowManager(display.get()); });
+    const Window root = DefaultRootWindow(display.get());
+    const Window asked = XCreateSimpleWindow(display.get(), root, 0, 0, 10, 10, 0, 0, 0);
+    // The window manager names itself early and loses what comes before its event loop; a window
+    // shown till then would not get the focus. So it is up when it answers.
+    awaitUp(start(QStringLiteral("openbox"), {}), "openbox", [&] {
+        if (hasProperty(display.get(), asked, "_NET_FRAME_EXTENTS"))
+            return true;
+        askForFrame(display.get(), asked);
+        return false;
+    });
 }
 
 void VirtualDesk::startTray() {
