@@ -17,6 +17,7 @@ public:
     /// Waits for a piece of the log behind the one that the last wait found.
     bool waitForLog(const QString &text, int timeoutMs = 20000);
     bool isRunning() const { return m_process.state() == QProcess::Running; }
+    qint64 processId() const { return m_process.processId(); }
 
     /// Ends it by SIGTERM, as the session does.
     /// @return its exit code; -2 if it does not end in time, -3 if it crashed

@@ -1,0 +1,224 @@
+#include "DeskTest.h"
+#include "KeyReceiver.h"
+#include "Program.h"
+#include "Stand.h"
+#include "XKeyboard.h"
+#include "connection/messages/MessageType.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/ConnectionManagerSettings.h"
+#include "core/settings/RecordingDeviceSettings.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+// How long the built program takes, from outside: keys, frames and windows of a virtual desk. The
+// times of the stand and of this process come from the same monotonic clock.
+
+namespace {
+
+constexpr int rounds = 200;
+constexpr int blockBytes = 6400;
+
+using Samples = std::vector<double>;
+
+double nowMs() {
+    return std::chrono::duration<double, std::milli>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+void print(const char *what, Samples samples) {
+    std::sort(samples.begin(), samples.end());
+    const auto at = [&samples](double share) {
+        return samples[std::min(samples.size() - 1,
+                                static_cast<std::size_t>(share * samples.size()))];
+    };
+    std::printf("%-46s p50 %7.2f  p99 %7.2f  max %7.2f ms  (%zu)\n", what, at(0.5), at(0.99),
+                samples.back(), samples.size());
+    std::fflush(stdout);
+}
+
+/// The running program, ready, with a receiving window in front.
+struct Scene {
+    Stand stand;
+    std::unique_ptr<KeyReceiver> receiver;
+    std::unique_ptr<Program> program;
+    double firstWindowMs = 0;
+};
+
+void startProgram(Scene *scene) {
+    scene->stand.writeSettings();
+    {
+        ConnectionManagerSettings().QuietConnectionEnabled = true;
+        ASRSettings().SelectedTheme = QStringLiteral("therapy");
+    }
+    Settings(QString()).sync();
+    scene->receiver = std::make_unique<KeyReceiver>();
+    const double start = nowMs();
+    scene->program = std::make_unique<Program>();
+    desk().run(QStringLiteral("xdotool"),
+               {QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--name"),
+                QStringLiteral("^Vellumar .Qt.$")});
+    scene->firstWindowMs = nowMs() - start;
+    if (scene->stand.waitForMessage(MessageType::StartMode, 20000).isEmpty())
+        throw std::runtime_error("the program does not become ready");
+}
+
+double arrivalMs(const QJsonObject &event) {
+    if (event.isEmpty())
+        throw std::runtime_error("the stand waited in vain");
+    return event["us"].toDouble() / 1000;
+}
+
+/// From the second release of Ctrl to StartMode on the wire; leaves dictation on.
+Samples measureKeys(Scene *scene) {
+    XKeyboard keyboard;
+    Samples samples;
+    // An even number of toggles before the last one, which starts dictation.
+    for (int i = 0; i < rounds + 1; ++i) {
+        // Each gesture is to fall anywhere in the listener's polling interval.
+        QTest::qWait(300 + i % 21);
+        scene->stand.forget();
+        keyboard.play(QStringLiteral("+Control_L -Control_L +Control_L"));
+        QTest::qWait(30);
+        const double released = nowMs();
+        keyboard.release(QStringLiteral("Control_L"));
+        samples.push_back(arrivalMs(scene->stand.waitForMessage(MessageType::StartMode)) -
+                          released);
+    }
+    scene->stand.waitFor(QStringLiteral("sound"));
+    return samples;
+}
+
+/// From the request for a result to the first key at the window, the way through the stand
+/// included.
+Samples measureResults(Scene *scene) {
+    Samples samples;
+    for (int i = 0; i < rounds; ++i) {
+        const int before = scene->receiver->count();
+        const double asked = nowMs();
+        scene->stand.sayResult(QStringLiteral("слово"));
+        while (scene->receiver->count() == before && nowMs() - asked < 5000) {
+        }
+        samples.push_back(nowMs() - asked);
+        QTest::qWait(20);
+    }
+    return samples;
+}
+
+/// From a block's entry into the source to its frame on the wire. The source passes on what is
+/// written into a pipe, as fast as it is spoken.
+Samples measureSound(Scene *scene, int pipe) {
+    Samples samples;
+    const QByteArray block(blockBytes, '\x11');
+    QTest::qWait(2000);
+    scene->stand.forget();
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 60; ++i) {
+        QTest::qWait(static_cast<int>(std::max<qint64>(0, 200 * i - clock.elapsed())));
+        const double written = nowMs();
+        if (::write(pipe, block.constData(), blockBytes) != blockBytes)
+            throw std::runtime_error("the pipe does not take a block");
+        int bytes = 0;
+        QJsonObject sound;
+        while (bytes < blockBytes) {
+            sound = scene->stand.waitFor(QStringLiteral("sound"), {}, 3000);
+            if (sound.isEmpty())
+                throw std::runtime_error("a block did not arrive");
+            bytes += sound["bytes"].toInt();
+        }
+        samples.push_back(arrivalMs(sound) - written);
+    }
+    return samples;
+}
+
+double cpuSeconds(qint64 pid) {
+    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray stat = file.readAll();
+    const QByteArrayList fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+    return (fields[11].toDouble() + fields[12].toDouble()) / sysconf(_SC_CLK_TCK);
+}
+
+long residentKiB(qint64 pid) {
+    QFile file(QStringLiteral("/proc/%1/statm").arg(pid));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ')[1].toLong() * sysconf(_SC_PAGESIZE) / 1024;
+}
+
+/// Share of one core over ten seconds, in percent.
+double cpuPercent(qint64 pid) {
+    constexpr int seconds = 10;
+    const double before = cpuSeconds(pid);
+    QTest::qWait(seconds * 1000);
+    return (cpuSeconds(pid) - before) / seconds * 100;
+}
+
+void run() {
+    Scene scene;
+    startProgram(&scene);
+    const qint64 pid = scene.program->processId();
+    std::printf("%-46s %6.0f ms\n", "start to first window", scene.firstWindowMs);
+    std::printf("%-46s %6.2f %% of a core\n", "at rest", cpuPercent(pid));
+    print("second release of Ctrl to StartMode", measureKeys(&scene));
+    std::printf("%-46s %6.2f %% of a core\n", "while dictating, microphone on", cpuPercent(pid));
+    print("Result to first key at the window", measureResults(&scene));
+    std::printf("%-46s %6ld KiB\n", "resident memory", residentKiB(pid));
+    if (scene.program->terminate() != 0)
+        throw std::runtime_error("the program did not end well");
+}
+
+void runSound() {
+    const QString path = desk().folder() + QStringLiteral("/microphone.pipe");
+    desk().stopSound();
+    desk().startSound();
+    desk().loadModule({QStringLiteral("module-pipe-source"), QStringLiteral("file=") + path,
+                       QStringLiteral("source_name=piped"), QStringLiteral("format=s16le"),
+                       QStringLiteral("rate=16000"), QStringLiteral("channels=1")});
+    const int pipe = ::open(path.toLocal8Bit().constData(), O_RDWR | O_CLOEXEC);
+    if (pipe < 0)
+        throw std::runtime_error("the pipe of the microphone cannot be opened");
+    { RecordingDeviceSettings().Name = QStringLiteral("piped"); }
+    Scene scene;
+    startProgram(&scene);
+    scene.stand.forget();
+    XKeyboard().play(QStringLiteral("+Control_L -Control_L +Control_L -Control_L"));
+    scene.stand.waitForMessage(MessageType::StartMode);
+    print("sound into the source to its frame", measureSound(&scene, pipe));
+    ::close(pipe);
+    if (scene.program->terminate() != 0)
+        throw std::runtime_error("the program did not end well");
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    currentDesk() = std::make_unique<VirtualDesk>(VirtualDesk::Screen | VirtualDesk::Sound);
+    int result = 0;
+    {
+        const QApplication application(argc, argv);
+        QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
+        QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));
+        Settings::setFileName(QStringLiteral("settings"));
+        try {
+            run();
+            runSound();
+        } catch (const std::exception &failure) {
+            std::fprintf(stderr, "%s\n", failure.what());
+            result = 1;
+        }
+    }
+    currentDesk().reset();
+    return result;
+}

@@ -1,0 +1,91 @@
+#include "XKeyboard.h"
+
+#include <QDataStream>
+#include <QStringList>
+
+#include <X11/XKBlib.h>
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+
+void XKeyboard::Closer::operator()(_XDisplay *display) const {
+    XCloseDisplay(display);
+}
+
+XKeyboard::XKeyboard() : m_display(XOpenDisplay(nullptr)) {}
+
+XKeyboard::~XKeyboard() = default;
+
+void XKeyboard::press(const QString &key) {
+    fakeKey(key, true);
+}
+
+void XKeyboard::release(const QString &key) {
+    fakeKey(key, false);
+}
+
+void XKeyboard::fakeKey(const QString &key, bool press) {
+    XTestFakeKeyEvent(m_display.get(), static_cast<unsigned int>(keycode(key)), press, CurrentTime);
+    XSync(m_display.get(), False);
+}
+
+void XKeyboard::play(const QString &edges) {
+    for (const QString &edge : edges.split(QLatin1Char(' '), Qt::SkipEmptyParts))
+        fakeKey(edge.mid(1), edge.startsWith(QLatin1Char('+')));
+}
+
+int XKeyboard::keycode(const QString &key) const {
+    const KeySym keysym = XStringToKeysym(key.toLatin1().constData());
+    return keysym == NoSymbol ? 0 : XKeysymToKeycode(m_display.get(), keysym);
+}
+
+void XKeyboard::setRepeating(const QString &key, bool on) {
+    XKeyboardControl control = {};
+    control.key = keycode(key);
+    control.auto_repeat_mode = on ? AutoRepeatModeOn : AutoRepeatModeOff;
+    XChangeKeyboardControl(m_display.get(), KBKey | KBAutoRepeatMode, &control);
+    XSync(m_display.get(), False);
+}
+
+void XKeyboard::lockGroup(int group) {
+    XkbLockGroup(m_display.get(), XkbUseCoreKbd, static_cast<unsigned int>(group));
+    XSync(m_display.get(), False);
+}
+
+int XKeyboard::lockedGroup() const {
+    XkbStateRec state = {};
+    XkbGetState(m_display.get(), XkbUseCoreKbd, &state);
+    return state.locked_group;
+}
+
+QByteArray XKeyboard::map() const {
+    XkbDescRec *map = XkbGetMap(m_display.get(), XkbAllMapComponentsMask, XkbUseCoreKbd);
+    QByteArray dump;
+    QDataStream stream(&dump, QIODevice::WriteOnly);
+    for (int key = map->min_key_code; key <= map->max_key_code; ++key) {
+        const XkbSymMapRec &symbols = map->map->key_sym_map[key];
+        stream << key << symbols.group_info << map->map->modmap[key]
+               << map->server->c_explicit[key];
+        for (int group = 0; group < XkbKeyNumGroups(map, key); ++group)
+            stream << symbols.kt_index[group];
+        for (int symbol = 0; symbol < XkbKeyNumSyms(map, key); ++symbol)
+            stream << static_cast<quint64>(XkbKeySymsPtr(map, key)[symbol]);
+    }
+    XkbFreeKeyboard(map, XkbAllComponentsMask, True);
+    return dump;
+}
+
+bool XKeyboard::grab() {
+    const int status = XGrabKeyboard(m_display.get(), DefaultRootWindow(m_display.get()), False,
+                                     GrabModeAsync, GrabModeAsync, CurrentTime);
+    return status == GrabSuccess;
+}
+
+void XKeyboard::ungrab() {
+    XUngrabKeyboard(m_display.get(), CurrentTime);
+    XSync(m_display.get(), False);
+}
+
+void XKeyboard::unfocus() {
+    XSetInputFocus(m_display.get(), PointerRoot, RevertToPointerRoot, CurrentTime);
+    XSync(m_display.get(), False);
+}

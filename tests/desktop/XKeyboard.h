@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+struct _XDisplay;
+
+/// The user's hands: presses real keys through the server, and reads the state of the keyboard.
+/// Keys are named as X names their symbols.
+class XKeyboard {
+public:
+    XKeyboard();
+    ~XKeyboard();
+
+    void press(const QString &key);
+    void release(const QString &key);
+    /// Plays edges such as "+Control_L +c -c -Control_L".
+    void play(const QString &edges);
+
+    int keycode(const QString &key) const;
+    /// Whether the server repeats a held key, and so accepts a second press of it.
+    void setRepeating(const QString &key, bool on);
+
+    void lockGroup(int group);
+    int lockedGroup() const;
+    /// All that the server knows about what the keys mean, for comparison.
+    QByteArray map() const;
+
+    /// Takes the keyboard as an open menu does.
+    bool grab();
+    void ungrab();
+    /// Takes the input focus from every window.
+    void unfocus();
+
+private:
+    void fakeKey(const QString &key, bool press);
+
+    struct Closer {
+        void operator()(_XDisplay *display) const;
+    };
+    std::unique_ptr<_XDisplay, Closer> m_display;
+};
