@@ -56,6 +56,16 @@ QString spoken(const QString &phrase) {
     return words.simplified();
 }
 
+/// The recogniser hears the noise around a phrase as words of a letter or two.
+QString withoutStrayWords(const QString &phrase) {
+    QStringList words = phrase.split(QLatin1Char(' '));
+    while (words.size() > 1 && words.first().size() <= 2)
+        words.removeFirst();
+    while (words.size() > 1 && words.last().size() <= 2)
+        words.removeLast();
+    return words.join(QLatin1Char(' '));
+}
+
 QJsonArray wordsOf(const QString &text) {
     QJsonArray words;
     for (const QString &word : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
@@ -322,7 +332,7 @@ void RecognitionSession::onFinal(const QString &text) {
 }
 
 void RecognitionSession::onFormText(const QString &text) {
-    if (m_form.follow(spoken(text))) {
+    if (m_form.follow(withoutStrayWords(spoken(text)))) {
         answer(FormFocus, QJsonObject{{kKey, m_form.focused()}});
         if (m_mode == RecognitionMode::TemplatedWizardForm && !m_muted)
             speak(QStringLiteral("Поле %1").arg(m_form.focused()));
@@ -337,8 +347,10 @@ void RecognitionSession::onFormText(const QString &text) {
 
 QString RecognitionSession::commandFor(const QString &text) const {
     const QString phrase = spoken(text);
+    const QString bare = withoutStrayWords(phrase);
     for (const CommandInfo &command : m_commands) {
-        if (!phrase.isEmpty() && spoken(command.pattern()) == phrase)
+        const QString pattern = spoken(command.pattern());
+        if (!pattern.isEmpty() && (pattern == phrase || pattern == bare))
             return command.id();
     }
     return QString();

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cstring>
 #include <pocketsphinx.h>
 #include <sphinxbase/cmn.h>
@@ -74,6 +75,7 @@ SphinxDecoder::Heard SphinxDecoder::process(const QByteArray &sound) {
     if (samples.empty())
         return heard;
     std::memcpy(samples.data(), sound.constData(), samples.size() * sizeof(int16));
+    addHiss(samples.data(), samples.size());
     ps_process_raw(m_decoder.get(), samples.data(), samples.size(), FALSE, FALSE);
 
     const bool inSpeech = ps_get_in_speech(m_decoder.get()) != 0;
@@ -92,6 +94,16 @@ QString SphinxDecoder::end() {
         return QString();
     m_running = false;
     return endUtterance();
+}
+
+void SphinxDecoder::addHiss(short *samples, size_t count) {
+    // Digital silence, and the single bits that a conversion strews over it, are like no room that
+    // the model was trained in: words are heard in them. A hiss that no one hears covers both.
+    constexpr int loudness = 12;
+    for (size_t index = 0; index < count; ++index) {
+        const int hiss = static_cast<int>(m_hiss() % (2 * loudness + 1)) - loudness;
+        samples[index] = static_cast<short>(std::clamp(samples[index] + hiss, -32768, 32767));
+    }
 }
 
 QString SphinxDecoder::endUtterance() {

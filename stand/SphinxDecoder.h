@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <memory>
+#include <random>
 #include <vector>
 
 struct ps_decoder_s;
@@ -32,6 +33,7 @@ public:
     QString end();
 
 private:
+    void addHiss(short *samples, size_t count);
     QString endUtterance();
     QString hypothesis();
 
@@ -40,6 +42,7 @@ private:
     };
     std::unique_ptr<ps_decoder_s, Free> m_decoder;
     std::vector<float> m_voiceMean; ///< of the voice and the microphone, see endUtterance()
+    std::minstd_rand m_hiss;        ///< always the same hiss: the same sound gives the same text
     bool m_running = false;
     bool m_inSpeech = false;
 };

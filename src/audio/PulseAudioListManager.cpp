@@ -4,6 +4,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 // Qt hears of a plugged device on its own connection to PulseAudio, most often within a few
 // milliseconds of ours. One look is dear, since Qt asks ALSA as well, so few are taken.

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 
 #include <pulse/pulseaudio.h>
+#include <utility>
 
 namespace {
 /// Until the connection is ready, its state only wakes Init, which waits for it.

@@ -4,6 +4,8 @@
 #include "core/settings/LaunchSettings.h"
 #include "recognition/AsrManager.h"
 
+#include <algorithm>
+
 LaunchManager::LaunchManager(AsrManager *asrManager) : m_asrManager(asrManager) {
     LaunchSettings settings;
     if (!settings.GlobalEnableVAC) {
@@ -46,6 +48,9 @@ void LaunchManager::onCommandsRefreshed() const {
 }
 
 QString LaunchManager::executeCommand(const CommandInfo &command) const {
+    const auto isThis = [&command](const CommandInfo &own) { return own.id() == command.id(); };
+    if (std::none_of(m_commands.cbegin(), m_commands.cend(), isThis))
+        return QString();
     switch (command.type()) {
     case CommandType::VoiceActivation:
         m_asrManager->startRecognition();

@@ -27,7 +27,7 @@ void ConnectionHeartbeat::repeatableWork(CancellationCondition *cancellation) {
         QDateTime::currentDateTimeUtc().toSecsSinceEpoch() - m_startTime.toSecsSinceEpoch());
     if (lagTime <= m_timeoutDelay)
         return;
-    qDebug() << "lagTime > TimeoutDelay: " << lagTime;
+    qDebug().nospace() << "lagTime > TimeoutDelay: " << lagTime;
     emit timeout();
     cancellation->cancel();
 }

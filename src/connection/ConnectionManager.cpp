@@ -92,8 +92,8 @@ void ConnectionManager::tryStartNextWsConnection() {
     auto server = m_serversSource.GetNextServer();
     for (; server && !isCancelled(); server = m_serversSource.GetNextServer()) {
         const DisconnectStatus status = m_serversSource.storage().GetStatus(server->serverId());
-        qInfo().noquote() << "Connection: server status " << server->connectionString()
-                          << static_cast<int>(status);
+        qInfo().noquote().nospace() << "Connection: server status " << server->connectionString()
+                                    << " " << static_cast<int>(status);
         if (status == DisconnectStatus::None && tryStartServer(*server))
             return;
     }
@@ -188,11 +188,13 @@ void ConnectionManager::applyState(ConnectionState newState, const QString &mess
         return;
     m_state = newState;
     printThreadName("stateChanged");
-    qInfo() << "stateChanged from " << number(oldState) << " to " << number(newState);
+    qInfo().nospace() << "stateChanged from " << number(oldState) << " to " << number(newState);
     if (newState == ConnectionState::Disconnected && !m_currentServerId.isEmpty() &&
         m_serversSource.storage().GetStatus(m_currentServerId) == DisconnectStatus::None) {
         m_serversSource.storage().SetStatus(m_currentServerId, DisconnectStatus::ConnectionLost);
     }
+    if (newState == ConnectionState::Disconnected)
+        m_webSocketClient->endConnection();
     publishState(oldState, message);
     switch (newState) {
     case ConnectionState::WsConnected:
@@ -219,6 +221,7 @@ void ConnectionManager::publishState(ConnectionState oldState, const QString &me
     info.setMessage(message);
     info.setBalancerHost(BalancerConnectionSettings().Ip);
     info.setServerHost(ClientConnectionSettings().Ip);
+    info.setConnectionNumber(m_webSocketClient->connectionNumber());
     emit stateChanged(info);
 }
 
@@ -309,7 +312,7 @@ void ConnectionManager::onUserNotification(const UserNotification &notification)
 
 void ConnectionManager::SoundAvailable(const QByteArray &data) {
     const auto mode = m_asrManager->getTargetModeInfo()->mode();
-    if (!mode || *mode == RecognitionMode::Off)
+    if (!mode || *mode == RecognitionMode::Off || !m_asrManager->isConnected())
         return;
     const AsrState state = m_asrManager->currentState();
     const bool isWanted = *mode == RecognitionMode::TemplatedWizardForm

@@ -6,7 +6,8 @@ ConnectionStateInfo::ConnectionStateInfo(const ConnectionStateInfo &other)
       m_state(other.m_state),
       m_message(other.m_message),
       m_balancerHost(other.m_balancerHost),
-      m_serverHost(other.m_serverHost) {}
+      m_serverHost(other.m_serverHost),
+      m_connectionNumber(other.m_connectionNumber) {}
 
 ConnectionStateInfo &ConnectionStateInfo::operator=(const ConnectionStateInfo &other) {
     if (this != &other) {
@@ -15,6 +16,7 @@ ConnectionStateInfo &ConnectionStateInfo::operator=(const ConnectionStateInfo &o
         m_message = other.m_message;
         m_balancerHost = other.m_balancerHost;
         m_serverHost = other.m_serverHost;
+        m_connectionNumber = other.m_connectionNumber;
     }
     return *this;
 }

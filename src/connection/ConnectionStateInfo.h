@@ -43,6 +43,9 @@ public:
     void setBalancerHost(const QString &host) { m_balancerHost = host; }
     QString serverHost() const { return m_serverHost; }
     void setServerHost(const QString &host) { m_serverHost = host; }
+    /// The connection that this is news of.
+    int connectionNumber() const { return m_connectionNumber; }
+    void setConnectionNumber(int number) { m_connectionNumber = number; }
 
 private:
     int m_oldState = static_cast<int>(ConnectionState::Disconnected);
@@ -50,5 +53,6 @@ private:
     QString m_message;
     QString m_balancerHost;
     QString m_serverHost;
+    int m_connectionNumber = 0;
 };
 Q_DECLARE_METATYPE(ConnectionStateInfo)

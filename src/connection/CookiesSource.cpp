@@ -62,7 +62,7 @@ void CookiesSource::initializeCookies() {
     if (!m_cookies.isEmpty())
         return;
     const QString account = variable("env", "USER");
-    qInfo().noquote() << "Connection: user " << account;
+    qInfo().noquote().nospace() << "Connection: user " << account;
     const UserInfo &user = UserInfo::instance();
     m_cookies = {
         encodedCookie("CLIENT_APP_VERSION", variable("build", "Version")),

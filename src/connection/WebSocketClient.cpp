@@ -27,7 +27,13 @@ WebSocketClient::WebSocketClient(QObject *parent)
     connect(socket(), &QWebSocket::connected, m_connectTimer, &QTimer::stop);
     connect(socket(), &QWebSocket::disconnected, m_connectTimer, &QTimer::stop);
     connect(socket(), &QWebSocket::disconnected, this, [this] { m_hasEnded = true; });
-    connect(m_connectTimer, &QTimer::timeout, this, &WebSocketClient::onClose);
+    connect(m_connectTimer, &QTimer::timeout, this, &WebSocketClient::onConnectTimeout);
+    // Behind the base's own connection, so the socket has been asked to close by now. One that
+    // still has unsent bytes waits for a peer that may never read them.
+    connect(this, &WebSocketConnection::close, this, [this] {
+        if (socket()->state() != QAbstractSocket::UnconnectedState)
+            m_connectTimer->start();
+    });
     connect(socket(), &QWebSocket::pong, this, &WebSocketClient::onPong);
 }
 
@@ -35,7 +41,7 @@ void WebSocketClient::onOpen(const QString &ipAddress, int port, bool useTls) {
     const QString scheme = useTls ? QStringLiteral("wss") : QStringLiteral("ws");
     const QUrl url(QStringLiteral("%1://%2:%3/").arg(scheme, ipAddress).arg(port),
                    QUrl::TolerantMode);
-    qInfo().noquote() << "Connection web socket url " << url.toString();
+    qInfo().noquote().nospace() << "Connection web socket url " << url.toString();
     if (socket()->state() != QAbstractSocket::UnconnectedState)
         return;
     socket()->setProxy(ConnectionHelper::configuredProxy(url));
@@ -49,8 +55,16 @@ void WebSocketClient::onOpen(const QString &ipAddress, int port, bool useTls) {
         emit startTimer();
     } else if (!m_hasEnded) {
         // The socket refuses such an address without a word, and somebody waits for its end.
+        keepErrorString();
         emit disconnected();
     }
+}
+
+void WebSocketClient::onConnectTimeout() {
+    if (socket()->state() == QAbstractSocket::ClosingState)
+        socket()->abort();
+    else
+        onClose();
 }
 
 void WebSocketClient::onStartTimer() {
@@ -60,7 +74,9 @@ void WebSocketClient::onStartTimer() {
 
 void WebSocketClient::onPing() {
     m_pongReceived = false;
-    socket()->ping();
+    // Between two connections the bytes of a ping would fall into the handshake of the next.
+    if (socket()->state() == QAbstractSocket::ConnectedState)
+        socket()->ping();
 }
 
 void WebSocketClient::onPong() {

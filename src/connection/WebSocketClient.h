@@ -25,6 +25,11 @@ public:
     /// Whether the last ping was answered. Callable from any thread.
     bool pongReceived() const { return m_pongReceived; }
 
+    /// Tells one connection from the next for what crosses threads: news of an earlier connection
+    /// may be handled when a later one stands already. Callable from any thread.
+    int connectionNumber() const { return m_connectionNumber; }
+    void endConnection() { ++m_connectionNumber; }
+
 signals:
     /// Opens the socket; nothing happens while a connection exists or is being made.
     void open(QString ipAddress, int port, bool useTls);
@@ -37,7 +42,11 @@ public slots:
     void onPong();
 
 private:
+    /// The time for opening or closing the socket is over.
+    void onConnectTimeout();
+
     std::atomic<bool> m_pongReceived{false};
+    std::atomic<int> m_connectionNumber{0};
     /// The socket has reported the end of the last connection.
     bool m_hasEnded = false;
     QTimer *m_connectTimer;

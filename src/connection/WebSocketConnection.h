@@ -46,9 +46,10 @@ private slots:
     void onSendText(const QString &text);
     void onSendBytes(const QByteArray &bytes);
 
-private:
+protected:
     void keepErrorString();
 
+private:
     QWebSocket *m_socket;
     QString m_errorString;
     mutable QMutex m_errorMutex;

@@ -47,9 +47,22 @@ public:
     bool hasLogger() const { return m_logger != nullptr; }
 };
 
+/// The parser reports on the last line of a text only, so each line has to be the last once.
+bool isWellFormed(const QString &text) {
+    std::string prefix;
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        prefix += line.toStdString() + '\n';
+        el::Configurations configurations;
+        if (!configurations.parseFromText(prefix))
+            return false;
+    }
+    return true;
+}
+
 bool applyConfiguration(const QString &text) {
     el::Configurations configurations;
-    if (!configurations.parseFromText(text.toStdString()))
+    if (!isWellFormed(text) || !configurations.parseFromText(text.toStdString()))
         return false;
     el::Loggers::setDefaultConfigurations(configurations, true);
     return true;
@@ -74,9 +87,12 @@ QString readConfigurationFile(const QString &path, QStringList *problems) {
                          .arg(path, file.errorString());
         return {};
     }
-    if (content.isEmpty())
+    const QString text = AppVariables::sm_stdVars.substitute(QString::fromUtf8(content));
+    if (text.trimmed().isEmpty()) {
         *problems << QStringLiteral("Logger configuration %1 is empty").arg(path);
-    return AppVariables::sm_stdVars.substitute(QString::fromUtf8(content));
+        return {};
+    }
+    return text;
 }
 
 bool configureFromFile(QStringList *problems) {

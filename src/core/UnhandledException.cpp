@@ -17,7 +17,7 @@ std::terminate_handler savedHandler = nullptr;
             throw;
         qCritical() << "Unknown exception";
     } catch (const std::exception &error) {
-        qCritical().noquote() << "Exception: " << error.what();
+        qCritical().noquote().nospace() << "Exception: " << error.what();
     } catch (...) {
         qCritical() << "Unknown exception";
     }

@@ -30,6 +30,7 @@
 #include <QProcess>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QWindow>
 
@@ -97,6 +98,7 @@ int WindowsManager::runApplication(int argc, char **argv) {
     PulseAudioManager pulseAudio(nullptr);
     m_recordingDevice = pulseAudio.RecordingDevice();
     m_hotKeyManager = HotKeyManager::getHotkeyManager();
+    const auto unwind = qScopeGuard([&] { takeDown(&pulseAudio); });
     connectHotKeys();
     createWebSocketWorker();
     connect(m_recordingDevice, &RecordingDeviceManager::SelectedIndexChanged, this,
@@ -109,16 +111,17 @@ int WindowsManager::runApplication(int argc, char **argv) {
                                              m_webSocketWorker->asrManager());
     engine.rootContext()->setContextProperty(QStringLiteral("windowsManager"), this);
     placeOnScreen();
-    const int result = runInterface(&engine);
+    return runInterface(&engine);
+}
 
+void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     stopSubServices();
     m_hotKeyManager->keyboardHookUnreg();
-    pulseAudio.Stop();
+    pulseAudio->Stop();
     m_heartbeatService = nullptr;
     while (!m_subServices.empty())
         m_subServices.pop_back();
     m_runGuard = nullptr;
-    return result;
 }
 
 int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
@@ -276,6 +279,7 @@ void WindowsManager::notifyHotkey() {
 
 void WindowsManager::processUserNotification(const UserNotification &notification) {
     {
+        // Not held during the action, which may lead back here.
         const QMutexLocker locker(&m_notificationMutex);
         const bool isReady =
             m_connectionManager && m_connectionManager->state() == ConnectionState::Ready;

@@ -15,6 +15,7 @@
 class ConnectionHeartbeat;
 class ConnectionManager;
 class HotKeyManager;
+class PulseAudioManager;
 class QQmlApplicationEngine;
 class QWindow;
 class RecordingDeviceManager;
@@ -74,6 +75,8 @@ signals:
 private:
     int runApplication(int argc, char **argv);
     int runInterface(QQmlApplicationEngine *engine);
+    /// The end of runApplication, also when an exception ends it.
+    void takeDown(PulseAudioManager *pulseAudio);
     void createWebSocketWorker();
     void createConnectionManager(QQmlApplicationEngine *engine,
                                  RecordingDeviceManager *recordingDevice);

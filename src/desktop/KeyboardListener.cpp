@@ -57,7 +57,7 @@ void KeyboardListener::ResetKeys(bool pushToTalk) {
 
 void KeyboardListener::initialize() {
     const QMutexLocker locker(&m_mutex);
-    qCDebug(kbdlog) << "KeyboardListener::initialize";
+    qCDebug(kbdlog, "KeyboardListener::initialize");
     m_held = 0;
     m_display = openDisplay();
     if (!m_display)
@@ -74,11 +74,6 @@ bool KeyboardListener::selectRawKeys() {
     int error = 0;
     if (!XQueryExtension(display, "XInputExtension", &m_opcode, &event, &error))
         return false;
-    // Older clients get no raw events while a menu or the like holds a grab.
-    int major = 2;
-    int minor = 1;
-    if (XIQueryVersion(display, &major, &minor) != Success)
-        return false;
     unsigned char bits[4] = {};
     XISetMask(bits, XI_RawKeyPress);
     XISetMask(bits, XI_RawKeyRelease);
@@ -90,7 +85,7 @@ bool KeyboardListener::selectRawKeys() {
 }
 
 void KeyboardListener::cleanUp() {
-    qCDebug(kbdlog) << "KeyboardListener::cleanUp";
+    qCDebug(kbdlog, "KeyboardListener::cleanUp");
     const QMutexLocker locker(&m_mutex);
     m_display.reset();
 }

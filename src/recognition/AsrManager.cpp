@@ -31,7 +31,7 @@ void AsrManager::send(int messageType, const JsonConvertable &record) {
 void AsrManager::sendValue(int messageType, const QJsonValue &value) {
     // Before the connection is ready the server is not to hear of recognition: what is wanted then
     // is remembered and goes out with the opening messages.
-    if (m_connected)
+    if (isConnected())
         m_client->sendJson(messageType, value);
 }
 
@@ -51,7 +51,7 @@ void AsrManager::startRecognitionMode(std::optional<RecognitionMode> mode, bool 
 
 void AsrManager::startRecognition() {
     const QMutexLocker locker(&m_stateMutex);
-    if (m_connected) {
+    if (isConnected()) {
         startRecognitionMode(std::nullopt, true);
     } else {
         QString error = m_lastError;
@@ -84,8 +84,9 @@ void AsrManager::updateModeStateInfo(const RecognitionModeInfo &modeInfo) {
     const auto known = m_modeStates.find(mode);
     if (known == m_modeStates.end() || *known == state)
         return;
-    qInfo().noquote() << "Mode changed: "
-                      << QJsonDocument(modeInfo.toJson().toObject()).toJson(QJsonDocument::Compact);
+    qInfo().noquote().nospace()
+        << "Mode changed: "
+        << QJsonDocument(modeInfo.toJson().toObject()).toJson(QJsonDocument::Compact);
     *known = state;
     emit currentModeOrStateChanged(mode, state);
     // After the signal, whose receivers compare with the mode that was started before.
@@ -191,9 +192,15 @@ AsrState AsrManager::currentState() const {
     return m_modeStates.value(mode, AsrState::Stopped);
 }
 
+bool AsrManager::isConnected() const {
+    const QMutexLocker locker(&m_stateMutex);
+    // This thread may not have heard yet that the connection is gone and another one opens.
+    return m_connected && m_connectionNumber == m_client->connectionNumber();
+}
+
 bool AsrManager::isOpen() const {
     const QMutexLocker locker(&m_stateMutex);
-    return m_connected && !m_isOpening;
+    return isConnected() && !m_isOpening;
 }
 
 void AsrManager::publishTargetState(AsrState state, const QString &info) {
@@ -204,6 +211,8 @@ void AsrManager::publishTargetState(AsrState state, const QString &info) {
 void AsrManager::openConnection() {
     m_lastError.clear();
     m_connected = true;
+    if (!isConnected())
+        return;
     m_isOpening = true;
     applyRecognitionSettings();
     applySelectedTheme(false);
@@ -216,6 +225,7 @@ void AsrManager::connectionStateChanged(const ConnectionStateInfo &stateInfo) {
     const QMutexLocker locker(&m_stateMutex);
     m_connected = false;
     if (stateInfo.is(ConnectionState::Ready)) {
+        m_connectionNumber = stateInfo.connectionNumber();
         openConnection();
         return;
     }

@@ -56,7 +56,9 @@ public:
     bool getEnabled() const { return m_enabled; }
     void setEnabled(bool enabled) { m_enabled = enabled; }
 
-    /// The connection is ready and its opening messages have been sent.
+    /// The connection that stands now is ready.
+    bool isConnected() const;
+    /// Its opening messages have been sent as well.
     bool isOpen() const;
 
 public slots:
@@ -89,6 +91,8 @@ private:
 
     WebSocketClient *m_client;
     bool m_connected = false;
+    /// The connection that m_connected is about.
+    int m_connectionNumber = 0;
     bool m_isOpening = false;
     // m_stateMutex is taken before m_themesMutex and before the mutex of the target mode.
     mutable QRecursiveMutex m_stateMutex;

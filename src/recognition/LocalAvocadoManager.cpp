@@ -25,6 +25,7 @@ void LocalAvocadoManager::LoadCache() {
     if (!file.exists() || !file.open(QIODevice::ReadOnly))
         return;
     QTextStream stream(&file);
+    stream.setCodec("UTF-8");
     while (!stream.atEnd())
         m_words.append(stream.readLine());
 }
@@ -35,6 +36,8 @@ void LocalAvocadoManager::SaveCache() const {
     if (!file.open(QIODevice::WriteOnly))
         return;
     QTextStream stream(&file);
+    // Whatever the locale is: one without Russian letters would lose the words.
+    stream.setCodec("UTF-8");
     const QStringList words = GetWords();
     for (const QString &word : words)
         stream << word << Qt::endl;

@@ -16,7 +16,7 @@ bool ResultIterator::MoveNext() {
         if (m_finished)
             return false;
         m_finished = true;
-        m_current = ResultPart();
+        m_current = ResultPart::Empty;
         return true;
     }
     const int start = m_position++;

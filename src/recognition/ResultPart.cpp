@@ -5,6 +5,7 @@
 
 using namespace ResultCharacters;
 
+const ResultPart ResultPart::Empty;
 const QString ResultPart::NoSpaceBeforeSymbols =
     QStringLiteral("-\n") + Pilcrow + ClosingQuote + Dash + OpeningQuote;
 const QString ResultPart::NoSpaceAfterSymbols = QStringLiteral("-\\/\n") + Pilcrow + OpeningQuote;

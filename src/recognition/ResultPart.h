@@ -22,6 +22,8 @@ struct ResultPart {
     /// A dash right behind it gets a space.
     bool spaceBeforeDash = false;
 
+    /// What stands behind the end of a text.
+    static const ResultPart Empty;
     static const QString NoSpaceBeforeSymbols;
     static const QString NoSpaceAfterSymbols;
     static const QString EndOfSentenceSymbols;

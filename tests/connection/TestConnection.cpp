@@ -13,8 +13,11 @@
 #include "recognition/LocalAvocadoManager.h"
 #include "recognition/ResultManager.h"
 
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 namespace {
 
@@ -69,6 +72,7 @@ private slots:
     void skipsUnusableServers();
     void closesASilentConnection();
     void noticesADeadLink();
+    void endsAStalledLink();
     void stopsAtAnyTime_data();
     void stopsAtAnyTime();
 };
@@ -374,6 +378,39 @@ void TestConnection::noticesADeadLink() {
     QVERIFY(client.waitFor(CS::Disconnected, 20000));
     QVERIFY2(timer.elapsed() > 7000 && timer.elapsed() < 15000,
              qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestConnection::endsAStalledLink() {
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    connect(&server, &QTcpServer::newConnection, &server, [&server] {
+        QTcpSocket *socket = server.nextPendingConnection();
+        connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+            const QByteArray request = socket->readAll();
+            const int at = request.indexOf("Sec-WebSocket-Key: ") + 19;
+            const QByteArray key = request.mid(at, request.indexOf("\r\n", at) - at);
+            const QByteArray answer = QCryptographicHash::hash(
+                key + "258EAFA5-E914-47DA-95CA-C5AB0DC85B11", QCryptographicHash::Sha1);
+            socket->write("HTTP/1.1 101 Switching Protocols\r\nUpgrade: websocket\r\n"
+                          "Connection: Upgrade\r\nSec-WebSocket-Accept: " +
+                          answer.toBase64() + "\r\n\r\n");
+            // From here on it takes nothing more, and does not close either.
+            socket->setReadBufferSize(1);
+            QObject::disconnect(socket, &QTcpSocket::readyRead, socket, nullptr);
+        });
+    });
+    WebSocketClient client(nullptr);
+    QSignalSpy connected(&client, &WebSocketConnection::connected);
+    QSignalSpy disconnected(&client, &WebSocketConnection::disconnected);
+    emit client.open(QStringLiteral("127.0.0.1"), server.serverPort(), false);
+    QVERIFY(connected.wait());
+    for (int i = 0; i < 40; ++i)
+        client.sendDataBytes(QByteArray(1000000, '\1'));
+    QElapsedTimer timer;
+    timer.start();
+    emit client.close();
+    QVERIFY2(disconnected.wait(8000), "a peer that reads nothing does not hold the socket open");
+    QVERIFY(timer.elapsed() < 5000);
 }
 
 void TestConnection::stopsAtAnyTime_data() {

@@ -108,6 +108,7 @@ void TestHotKeys::gesturesActivate() {
     QTRY_VERIFY(manager.IsInitialized());
     QSignalSpy spy(&manager, &HotKeyManager::activated);
 
+    // Nothing comes here, so that waiting for it lets the time pass and the events in.
     QSignalSpy nothing(this, &QObject::destroyed);
     for (const QString &part : edges.split(QLatin1Char('|'))) {
         m_keyboard.play(part);
@@ -151,7 +152,7 @@ void TestHotKeys::listenerReducesEdges() {
 
     // A menu that holds the keyboard hides no key from the listener.
     for (const bool isGrabbed : {false, true}) {
-        QCOMPARE(isGrabbed && !m_keyboard.grab(), false);
+        QVERIFY(!isGrabbed || m_keyboard.grab());
         m_keyboard.play(edges);
         QTRY_COMPARE(seen(spy), emitted);
         spy.clear();
@@ -204,7 +205,6 @@ void TestHotKeys::takesNoKeyAway() {
     m_keyboard.play(edges);
     QTRY_COMPARE(spy.size(), 1);
     QTRY_COMPARE(receiver.count(), edges.split(QLatin1Char(' ')).size());
-    QStringList received;
     const QVector<KeyReceiver::Edge> seenEdges = receiver.edges();
     for (int i = 0; i < seenEdges.size(); ++i) {
         const QString key = edges.section(QLatin1Char(' '), i, i);

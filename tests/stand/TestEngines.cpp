@@ -201,7 +201,7 @@ void TestEngines::commandPhrasesAreHeard() {
     AcousticEngine engine(QCoreApplication::applicationDirPath() + QStringLiteral("/recogniser"));
     for (const QString &phrase :
          {QStringLiteral("начать распознавание"), QStringLiteral("закончить распознавание"),
-          QStringLiteral("следующее поле"), QStringLiteral("скопировать")}) {
+          QStringLiteral("вставить шаблон"), QStringLiteral("скопировать")}) {
         const QStringList heard =
             listen(&engine, speech(QStringLiteral("ru+f2"), phrase), kBlockBytes);
         QVERIFY2(heard.contains(phrase), qPrintable(heard.join(QStringLiteral(" | "))));

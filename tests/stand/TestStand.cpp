@@ -84,6 +84,10 @@ private slots:
     void speaks();
     void bringsFaultsAbout();
     void refusesConnectionsOnDemand();
+    void failsTheThemesOnDemand_data();
+    void failsTheThemesOnDemand();
+    void endsWithStatusZero_data();
+    void endsWithStatusZero();
 };
 
 void TestStand::refusesTlsAtOnce_data() {
@@ -202,14 +206,14 @@ void TestStand::matchesCommandsInEveryMode() {
     QFETCH(int, mode);
     QFETCH(QString, dictated);
     Stand stand(json(R"({"steps":[{"atBytes":2,"text":"текст"},
-                                  {"atBytes":2,"text":"начать  распознавание"}]})"));
+                                  {"atBytes":2,"text":"начать распознавание в"}]})"));
     Client client(stand);
     QVERIFY(!stand.waitFor("connected").isEmpty());
     client.send(11,
                 json(R"({"Commands":[{"Id":"c1","Pattern":"Начать распознавание","Type":1}]})"));
     client.startMode(mode);
     client.socket.sendBinaryMessage(QByteArray(2, 0));
-    QTRY_VERIFY(client.received.contains("3:начать  распознавание!c1"));
+    QTRY_VERIFY(client.received.contains("3:начать распознавание в!c1"));
     const QStringList results = client.received.filter("текст");
     QCOMPARE(results.join(','), dictated);
 }
@@ -281,6 +285,54 @@ void TestStand::refusesConnectionsOnDemand() {
     QVERIFY(!stand.waitFor("connected").isEmpty());
     const QJsonObject ports = stand.tell("open");
     QVERIFY(ports["port"].toInt() > 0 && ports["port"].toInt() != stand.port());
+}
+
+void TestStand::failsTheThemesOnDemand_data() {
+    QTest::addColumn<QJsonObject>("command");
+    QTest::addColumn<QByteArray>("answer");
+    QTest::newRow("error object") << json(R"({"mode":"fail"})") << QByteArray("\"DebugText\"");
+    QTest::newRow("no themes") << json(R"({"mode":"empty"})") << QByteArray("\"Data\":[]");
+    QTest::newRow("garbage") << json(R"({"mode":"garbage","text":"}{"})") << QByteArray("\r\n}{");
+    QTest::newRow("status") << json(R"({"mode":"status","status":503})")
+                            << QByteArray("HTTP/1.1 503");
+    QTest::newRow("late") << json(R"({"mode":"late","delayMs":50})") << QByteArray("therapy");
+    QTest::newRow("other themes") << json(R"({"list":[{"Id":"x"}]})")
+                                  << QByteArray("[{\"Id\":\"x\"}]");
+}
+
+void TestStand::failsTheThemesOnDemand() {
+    QFETCH(QJsonObject, command);
+    QFETCH(QByteArray, answer);
+    static Stand stand;
+    command.insert("do", "themes");
+    stand.tell(command);
+    QTcpSocket socket;
+    QSignalSpy closed(&socket, &QTcpSocket::disconnected);
+    socket.connectToHost(QHostAddress::LocalHost, stand.restPort());
+    QVERIFY(socket.waitForConnected());
+    socket.write("GET /api/Theme HTTP/1.1\r\n\r\n");
+    QVERIFY(!closed.isEmpty() || closed.wait(5000));
+    const QByteArray whole = socket.readAll();
+    QVERIFY2(whole.contains(answer), whole.constData());
+}
+
+void TestStand::endsWithStatusZero_data() {
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+}
+
+void TestStand::endsWithStatusZero() {
+    QFETCH(int, signal);
+    QProcess process;
+    process.start(QCoreApplication::applicationDirPath() + "/vellumar-stand",
+                  {"--port", "0", "--rest-port", "0", "--quiet"});
+    QVERIFY(process.waitForReadyRead());
+    QVERIFY(process.readAll().startsWith("ready: websocket "));
+    ::kill(static_cast<pid_t>(process.processId()), signal);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
 }
 
 int main(int argc, char **argv) {

@@ -62,7 +62,7 @@ public:
             const QUrl fullUrl = buildUrl(url, parameters);
             m_accessManager.reset(new QNetworkAccessManager);
             connect(m_accessManager.get(), &QNetworkAccessManager::sslErrors, this,
-                    [](QNetworkReply *, const QList<QSslError> &errors) { onSslError(errors); });
+                    [](QNetworkReply *, const QList<QSslError> &errors) { onSsslError(errors); });
             m_accessManager->setProxy(ConnectionHelper::configuredProxy(fullUrl));
             m_reply =
                 sendRequest(m_accessManager.get(),
@@ -103,7 +103,7 @@ private:
             throw;
         } catch (const std::exception &error) {
             text = QString::fromUtf8(error.what());
-            qWarning().noquote() << "Request error: " << text;
+            qWarning().noquote().nospace() << "Request error: " << text;
         } catch (...) {
             qWarning() << "Unknown request error!";
         }

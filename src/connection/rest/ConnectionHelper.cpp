@@ -18,7 +18,8 @@ bool isUsable(const QNetworkProxy &proxy) {
 }
 
 void logProxy(const char *what, const QNetworkProxy &proxy) {
-    qDebug().noquote() << what << proxy.hostName() << proxy.port() << proxy.type();
+    qDebug().noquote().nospace() << what << proxy.hostName() << " " << proxy.port() << " "
+                                 << proxy.type();
 }
 
 QNetworkProxy firstUsable(const QList<QNetworkProxy> &proxies) {
@@ -42,10 +43,10 @@ QNetworkProxy ConnectionHelper::getProxy(const QUrl &url) {
     try {
         const QList<QNetworkProxy> proxies = QNetworkProxyFactory::systemProxyForQuery(
             QNetworkProxyQuery(url, QNetworkProxyQuery::UrlRequest));
-        qDebug() << "proxy length: " << proxies.size();
+        qDebug().nospace() << "proxy length: " << proxies.size();
         return firstUsable(proxies);
     } catch (const std::exception &error) {
-        qWarning().noquote() << "Get proxy error: " << error.what();
+        qWarning().noquote().nospace() << "Get proxy error: " << error.what();
     } catch (...) {
         qWarning() << "Get proxy error: ";
     }

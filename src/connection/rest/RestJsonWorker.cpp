@@ -12,7 +12,7 @@ QJsonObject RestJsonWorker::createResult(QNetworkReply *reply) {
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(body, &error);
     if (error.error != QJsonParseError::NoError) {
-        qDebug().noquote() << "Json parse error: \n" << body;
+        qDebug().noquote().nospace() << "Json parse error: \n" << body;
         throw Exception(error.errorString());
     }
     if (document.isArray())

@@ -12,9 +12,11 @@
 void logSslLibrary() {
     const QString line(59, QLatin1Char('-'));
     qInfo().noquote() << line;
-    qInfo().noquote() << "SSL build Version: " << QSslSocket::sslLibraryBuildVersionString();
-    qInfo().noquote() << "SSL runtime Version: " << QSslSocket::sslLibraryVersionString();
-    qInfo().noquote() << "SSL support: " << (QSslSocket::supportsSsl() ? "true" : "false");
+    qInfo().noquote().nospace() << "SSL build Version: "
+                                << QSslSocket::sslLibraryBuildVersionString();
+    qInfo().noquote().nospace() << "SSL runtime Version: " << QSslSocket::sslLibraryVersionString();
+    qInfo().noquote().nospace() << "SSL support: "
+                                << (QSslSocket::supportsSsl() ? "true" : "false");
     qInfo().noquote() << line;
 }
 
@@ -56,7 +58,7 @@ QNetworkReply *sendRequest(QNetworkAccessManager *manager, const QNetworkRequest
     return manager->get(request);
 }
 
-void onSslError(const QList<QSslError> &errors) {
+void onSsslError(const QList<QSslError> &errors) {
     QSslCertificate last;
     for (const QSslError &error : errors) {
         const QSslCertificate certificate = error.certificate();

@@ -27,7 +27,7 @@ QNetworkReply *sendRequest(QNetworkAccessManager *manager, const QNetworkRequest
                            Method httpMethod, const QByteArray &data);
 
 /// Only logs: whether an error ends the request is decided by the verify mode.
-void onSslError(const QList<QSslError> &errors);
+void onSsslError(const QList<QSslError> &errors);
 
 /// The text for the log and for support: number and text of the reply's error.
 QString debugTextOf(const QNetworkReply *reply);
