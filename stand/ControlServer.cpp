@@ -27,6 +27,7 @@ void ControlServer::listen(quint16 port) {
 
 void ControlServer::accept() {
     while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
         connect(m_log, &EventLog::added, socket,

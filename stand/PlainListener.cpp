@@ -31,6 +31,7 @@ void PlainListener::setMode(Mode mode) {
 
 void PlainListener::acceptAll() {
     while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         if (m_mode == Mode::Silent)
             continue;

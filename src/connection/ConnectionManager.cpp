@@ -131,32 +131,37 @@ bool ConnectionManager::addressServer(const ServerInfoDTO &server) {
 }
 
 bool ConnectionManager::tryStartServer(const ServerInfoDTO &server) {
-    const ConnectionState stateOnEntry = m_state;
-    QString reason;
+    const int stateOnEntry = number(m_state);
     try {
-        if (!addressServer(server))
-            return false;
-        printThreadName("startWsConnection");
-        qInfo() << "Connection:  WsConnectionRequested";
-        applyState(ConnectionState::WsConnectionRequested);
-        const ClientConnectionSettings settings;
-        if (settings.isLocalhost() && settings.Port == FormApiSettings().Port)
-            return false;
-        m_currentServerId = server.serverId();
-        qInfo().noquote().nospace()
-            << "Connection: ws open " << settings.Ip.get() << ":" << settings.Port.get();
-        m_isSocketInUse = true;
-        emit m_webSocketClient->open(settings.Ip, settings.Port, settings.UseTls);
-        return true;
+        return openServer(server);
     } catch (const std::exception &error) {
-        reason = QStringLiteral(":\n") + QString::fromUtf8(error.what());
+        logServerError(stateOnEntry, QStringLiteral(":\n") + QString::fromUtf8(error.what()));
     } catch (...) {
-        reason.clear();
+        logServerError(stateOnEntry, QString());
     }
-    qCWarning(connectionManagerLog).noquote().nospace()
-        << "ConnectionManager error[" << number(stateOnEntry) << " -> " << number(m_state) << "]"
-        << reason;
     return false;
+}
+
+bool ConnectionManager::openServer(const ServerInfoDTO &server) {
+    if (!addressServer(server))
+        return false;
+    printThreadName("startWsConnection");
+    qInfo() << "Connection:  WsConnectionRequested";
+    applyState(ConnectionState::WsConnectionRequested);
+    const ClientConnectionSettings settings;
+    if (settings.isLocalhost() && settings.Port == FormApiSettings().Port)
+        return false;
+    m_currentServerId = server.serverId();
+    qInfo().noquote().nospace() << "Connection: ws open " << settings.Ip.get() << ":"
+                                << settings.Port.get();
+    m_isSocketInUse = true;
+    emit m_webSocketClient->open(settings.Ip, settings.Port, settings.UseTls);
+    return true;
+}
+
+void ConnectionManager::logServerError(int stateOnEntry, const QString &reason) const {
+    qCWarning(connectionManagerLog).noquote().nospace()
+        << "ConnectionManager error[" << stateOnEntry << " -> " << number(m_state) << "]" << reason;
 }
 
 void ConnectionManager::logFailure(const char *what, const QString &text) const {

@@ -58,6 +58,8 @@ private:
     void tryStartNextWsConnection();
     void giveUpPass();
     bool tryStartServer(const ServerInfoDTO &server);
+    bool openServer(const ServerInfoDTO &server);
+    void logServerError(int stateOnEntry, const QString &reason) const;
     bool addressServer(const ServerInfoDTO &server);
     void applyState(ConnectionState newState, const QString &message = QString());
     void publishState(ConnectionState oldState, const QString &message);

@@ -5,6 +5,7 @@
 
 #include <QDebug>
 #include <QNetworkRequest>
+#include <QTcpSocket>
 #include <QTimer>
 #include <QUrl>
 #include <QWebSocket>
@@ -25,6 +26,7 @@ WebSocketClient::WebSocketClient(QObject *parent)
     connect(this, &WebSocketClient::startTimer, this, &WebSocketClient::onStartTimer);
     connect(this, &WebSocketClient::open, this, &WebSocketClient::onOpen);
     connect(socket(), &QWebSocket::connected, m_connectTimer, &QTimer::stop);
+    connect(socket(), &QWebSocket::connected, this, &WebSocketClient::sendAtOnce);
     connect(socket(), &QWebSocket::disconnected, m_connectTimer, &QTimer::stop);
     connect(socket(), &QWebSocket::disconnected, this, [this] { m_hasEnded = true; });
     connect(m_connectTimer, &QTimer::timeout, this, &WebSocketClient::onConnectTimeout);
@@ -58,6 +60,13 @@ void WebSocketClient::onOpen(const QString &ipAddress, int port, bool useTls) {
         keepErrorString();
         emit disconnected();
     }
+}
+
+void WebSocketClient::sendAtOnce() {
+    // Otherwise a request behind a block of sound waits for the server to acknowledge the sound.
+    const auto sockets = socket()->findChildren<QTcpSocket *>();
+    for (QTcpSocket *tcpSocket : sockets)
+        tcpSocket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
 }
 
 void WebSocketClient::onConnectTimeout() {

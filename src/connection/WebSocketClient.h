@@ -42,6 +42,7 @@ public slots:
     void onPong();
 
 private:
+    void sendAtOnce();
     /// The time for opening or closing the socket is over.
     void onConnectTimeout();
 

@@ -178,7 +178,7 @@ XTextWriter::XKey XTextWriter::wchar2key(wchar_t ch) const {
     if (byChar != m_keyByChar.constEnd())
         return m_keys.at(*byChar);
     constexpr wchar_t Latin1End = 256;
-    const auto code = static_cast<unsigned long>(ch);
+    const unsigned long code = static_cast<char32_t>(ch);
     const unsigned long keysym = ch < Latin1End ? code : code + UnicodeSymbols;
     // The symbols above all have names, which Xlib would allocate and never free.
     if (ch < Latin1End && !XKeysymToString(keysym))

@@ -53,6 +53,7 @@ Stand::Stand(const QJsonObject &script, const QStringList &arguments) {
     m_control.connectToHost(QHostAddress::LocalHost, match.captured(3).toUShort());
     if (!m_control.waitForConnected(kStartMs))
         fail(QStringLiteral("no control connection: %1").arg(m_control.errorString()));
+    m_control.setSocketOption(QAbstractSocket::LowDelayOption, 1);
 }
 
 void Stand::start(const QJsonObject &script, const QStringList &arguments) {

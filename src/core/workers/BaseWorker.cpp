@@ -29,7 +29,7 @@ void BaseWorker::run(CancellationPointer cancellation) {
             QStringLiteral("CleanUp unknown error") + place, [this] { cleanUp(); });
 }
 
-void BaseWorker::onStopWorker(CancellationPointer) {
+void BaseWorker::onStopWorker(const CancellationPointer &) {
     const QString name = QStringLiteral(" subService [") + workerName() + QLatin1Char(']');
     guarded(QStringLiteral("onStop errorin") + name,
             QStringLiteral("onStop unknown error in") + name, [this] { onStop(); });

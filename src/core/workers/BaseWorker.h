@@ -24,7 +24,7 @@ public slots:
     /// One whole life: initialize, process, cleanUp. The worker keeps the condition until the
     /// next run.
     void run(CancellationPointer cancellation);
-    void onStopWorker(CancellationPointer cancellation);
+    void onStopWorker(const CancellationPointer &cancellation);
 
 protected:
     virtual void initialize();
