@@ -96,7 +96,7 @@ void RecordingDeviceManager::OnDeviceStart() {
     m_sinceVolumePollMs = 0;
     Device()->setNotifyInterval(settings.DataInterval);
     Device()->setBufferSize(settings.BufferSize);
-    set_Gain(settings.Gain);
+    set_Gain(m_gain);
     m_soundSource = Device()->start();
     m_sinceSound.start();
     qCDebug(audiodevlog) << "Audio buffer size:   " << Device()->bufferSize();
@@ -141,8 +141,12 @@ void RecordingDeviceManager::OnDeviceStateChanged(QAudio::State state) {
 }
 
 void RecordingDeviceManager::FailDevice(QAudio::Error error) {
-    qCDebug(audiodevlog) << "device error: " << error;
+    qCDebug(audiodevlog) << "device error: " << static_cast<int>(error);
+    const QAudioInput *failed = Device();
     emit DeviceError(error);
+    // A receiver may have closed it or chosen another one.
+    if (Device() != failed)
+        return;
     CloseDevice();
     Reopen();
 }

@@ -223,7 +223,7 @@ bool XTextWriter::writeText(unsigned long window, const QString &text) {
     }
     XSync(display, False);
     if (errors.errorCode() != 0) {
-        qInfo("XTextWriter: X error %d, the window is gone", errors.errorCode());
+        qInfo("XTextWriter: X error %d while typing", errors.errorCode());
         return false;
     }
     return true;

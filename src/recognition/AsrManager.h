@@ -18,9 +18,9 @@ class WebSocketClient;
 /// The client's one authority on what the recogniser does: it mirrors the modes that the server
 /// reports, remembers the mode that is wanted, and sends the requests that change them.
 ///
-/// Lives on the main thread. currentState(), get_Themes(), getSelectedTheme() and the target mode
-/// may be used from any thread; get_Themes() may block for one REST request, and others that need
-/// the themes wait for it.
+/// Lives on the main thread. currentState(), isConnected(), get_Themes(), getSelectedTheme(),
+/// setEnabled() and the target mode may be used from any thread; get_Themes() may block for one
+/// REST request, and others that need the themes wait for it.
 class AsrManager : public QObject {
     Q_OBJECT
 

@@ -3,6 +3,7 @@
 #include "XKeyboard.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -34,8 +35,11 @@ QStringList TestProgram::ownLogs() {
 void TestProgram::startsAndStopsItsWorkersInOrder() {
     Program program;
     QVERIFY(program.waitForLog(QStringLiteral("Logger started at ")));
-    const QStringList starts{QStringLiteral("Start begin: WebSocketWorker"),
-                             QStringLiteral("Start begin: ConnectionManager"),
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    QVERIFY(program.waitForLog(QStringLiteral("Start begin: WebSocketWorker")));
+    QVERIFY2(sinceStart.elapsed() > 1800, "the workers wait for the window");
+    const QStringList starts{QStringLiteral("Start begin: ConnectionManager"),
                              QStringLiteral("stateChanged from 1 to 2"),
                              QStringLiteral("stateChanged from 3 to 0")};
     for (const QString &line : starts)

@@ -1,4 +1,6 @@
+#include "ClientHarness.h"
 #include "DeskTest.h"
+#include "Stand.h"
 #include "commands/ExecutableCommandsManager.h"
 #include "connection/WebSocketClient.h"
 #include "recognition/AsrManager.h"
@@ -62,8 +64,18 @@ void TestTextFormat::continuesAcrossResults() {
         {QString(), QString()},
         {QStringLiteral(". вот"), QStringLiteral(". Вот")},
     };
+    Stand stand;
+    ClientHarness client(stand);
+    QSignalSpy ready(client.worker()->resultManager(), &ResultManager::resultReady);
+    client.start();
+    QVERIFY(client.waitFor(ConnectionState::Ready));
+    client.asr()->startRecognition();
+    QTRY_COMPARE(client.asr()->currentState(), AsrState::Started);
     for (const auto &row : rows)
-        QCOMPARE(m_results->formatText(row.first, true), row.second);
+        stand.sayResult(row.first);
+    QTRY_COMPARE(ready.count(), rows.size());
+    for (int i = 0; i < rows.size(); ++i)
+        QCOMPARE(ready[i], QVariantList({rows[i].second, true}));
 }
 
 void TestTextFormat::formats_data() {
