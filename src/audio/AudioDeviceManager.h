@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QDebug>
 
+#include <memory>
+
 /// Opens and closes the device object of one direction.
 /// @tparam T  QAudioInput or QAudioOutput
 template <typename T>
@@ -62,7 +64,7 @@ protected:
             device->disconnect(this);
             // Otherwise the events that it handles in its destructor would delete it once more.
             QCoreApplication::removePostedEvents(device, QEvent::DeferredDelete);
-            delete device;
+            const std::unique_ptr<T> destroyedHere(device);
         }
     }
     /// Forgets the live device, which has stopped already.

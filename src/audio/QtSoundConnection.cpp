@@ -43,7 +43,8 @@ void QtSoundConnection::HandleFailure(QObject *engine, QEvent *event) {
         if (before.contains(child) || !child->inherits("QSingleShotTimer"))
             continue;
         qCDebug(pulselog) << "The sound engine lost its connection";
-        delete child;
+        // The attempt is three seconds away, so it never happens.
+        child->deleteLater();
         m_brokenEngine = engine;
     }
 }

@@ -1,5 +1,6 @@
 #include "core/QuitSignals.h"
 
+#include <QDebug>
 #include <QSocketNotifier>
 
 #include <csignal>
@@ -21,8 +22,10 @@ void onSignal(int) {
 } // namespace
 
 QuitSignals::QuitSignals(QObject *parent) : QObject(parent) {
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, sockets) != 0)
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, sockets) != 0) {
+        qWarning() << "Signals to end will end the program at once:" << qt_error_string();
         return;
+    }
     auto *notifier = new QSocketNotifier(sockets[1], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, &QuitSignals::drain);
     struct sigaction action {};

@@ -60,12 +60,16 @@ void KeyboardListener::initialize() {
     qCDebug(kbdlog, "KeyboardListener::initialize");
     m_held = 0;
     m_display = openDisplay();
-    if (!m_display)
+    if (!m_display) {
+        qCWarning(kbdlog, "No display: gestures will not be seen");
         return;
+    }
     for (KeyEntry &entry : m_keys)
         entry.keycode = XKeysymToKeycode(m_display.get(), entry.keysym);
-    if (!selectRawKeys())
+    if (!selectRawKeys()) {
+        qCWarning(kbdlog, "No raw key events: gestures will not be seen");
         m_display.reset();
+    }
 }
 
 bool KeyboardListener::selectRawKeys() {
