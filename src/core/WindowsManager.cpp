@@ -20,6 +20,7 @@
 #include "desktop/TextWriter.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
+#include "viewmodels/QmlTypes.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -50,6 +51,7 @@ QString displayName(const QString &invariantName) {
 } // namespace
 
 WindowsManager::WindowsManager(QObject *parent) : QObject(parent) {
+    registerQmlTypes();
     qRegisterMetaType<RecognitionModeInfo>("RecognitionModeInfo");
     qRegisterMetaType<TtsStateInfo>("TtsStateInfo");
     qRegisterMetaType<UserNotification>("UserNotification");

@@ -1,8 +1,9 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
+import "qrc:/OstrelStyle" as Ostrel
 
 // The root of all windows: never hidden, one pixel while there is nothing to show.
-Window {
+Ostrel.FixedWindow {
     id: mainWindow
 
     title: "Vellumar (Qt)"
