@@ -1,3 +1,4 @@
+#include "CheckedText.h"
 #include "DeskTest.h"
 #include "viewmodels/QmlTypes.h"
 
@@ -12,7 +13,10 @@ class Setup : public QObject {
     Q_OBJECT
 
 public slots:
-    void applicationAvailable() { registerQmlTypes(); }
+    void applicationAvailable() {
+        registerQmlTypes();
+        qmlRegisterType<CheckedText>("Tests", 1, 0, "CheckedText");
+    }
 
     /// A control that works but warns is at fault, too.
     void qmlEngineAvailable(QQmlEngine *engine) {
