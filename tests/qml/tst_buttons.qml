@@ -6,6 +6,12 @@ import "qrc:/OstrelStyle" as Ostrel
 Item {
     id: root
 
+    // Keys that the focused control has left to others.
+    property int presses: 0
+    property int releases: 0
+    Keys.onPressed: ++presses
+    Keys.onReleased: ++releases
+
     width: 400
     height: 300
 
@@ -41,9 +47,9 @@ Item {
 
         function test_keys_data() {
             return [
-                { tag: "return", key: Qt.Key_Return, pressed: 1 },
-                { tag: "space", key: Qt.Key_Space, pressed: 1 },
-                { tag: "another key", key: Qt.Key_A, pressed: 0 }
+                { tag: "return", key: Qt.Key_Return, pressed: 1, left: [0, 1] },
+                { tag: "space", key: Qt.Key_Space, pressed: 1, left: [0, 0] },
+                { tag: "another key", key: Qt.Key_A, pressed: 0, left: [1, 1] }
             ]
         }
 
@@ -51,11 +57,13 @@ Item {
             for (const control of [button, withAction]) {
                 clicks.target = control
                 clicks.clear()
+                root.presses = root.releases = 0
                 control.forceActiveFocus()
                 keyPress(row.key)
                 compare(clicks.count, row.pressed)
                 keyRelease(row.key)
                 compare(clicks.count, row.pressed, "nothing more on the release")
+                compare([root.presses, root.releases], row.left)
             }
             compare(triggers.count, row.pressed)
         }
