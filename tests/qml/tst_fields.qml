@@ -252,13 +252,19 @@ Item {
             verify(row.control.hasError())
         }
 
-        // An area takes the key for itself.
-        function test_tabReachesAllFields() {
+        function test_tabReachesAllFieldsAndLeavesThem() {
             combo.forceActiveFocus()
             for (const control of [editable, validated, validatedArea]) {
                 keyClick(Qt.Key_Tab)
                 verify(control.activeFocus, control)
             }
+            const text = validatedArea.text
+            keyClick(Qt.Key_Tab)
+            verify(!validatedArea.activeFocus)
+            validatedArea.forceActiveFocus()
+            keyClick(Qt.Key_Backtab)
+            verify(validated.activeFocus)
+            compare(validatedArea.text, text)
         }
     }
 }

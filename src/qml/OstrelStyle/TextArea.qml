@@ -34,6 +34,10 @@ T.TextArea {
     selectionColor: "#2FBECA"
     selectedTextColor: "#FFFFFF"
 
+    // Written by voice, a tab is of no use here; by hand, Tab goes on to the next field.
+    Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
     background: FieldFrame {
         field: control
         width: (control.backgroundSizeSource || control).width
