@@ -1,4 +1,5 @@
 #include "DeskTest.h"
+#include "IndexedList.h"
 #include "viewmodels/QmlTypes.h"
 
 #include <QQmlEngine>
@@ -12,7 +13,10 @@ class Setup : public QObject {
     Q_OBJECT
 
 public slots:
-    void applicationAvailable() { registerQmlTypes(); }
+    void applicationAvailable() {
+        registerQmlTypes();
+        qmlRegisterType<IndexedList>("ControlTests", 1, 0, "IndexedList");
+    }
 
     /// A control that works but warns is at fault, too.
     void qmlEngineAvailable(QQmlEngine *engine) {
