@@ -19,18 +19,25 @@ T.TabButton {
     font.weight: Font.Normal
     z: checked ? 1 : -1
 
-    contentItem: Text {
-        text: control.text
-        font: control.font
-        color: "#353535"
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
+    // The text is not aligned within its own width: Qt would draw half a point size as a whole one.
+    contentItem: Item {
+        implicitWidth: label.implicitWidth
+        implicitHeight: label.implicitHeight
 
-        DashedFrame {
-            anchors.fill: parent
-            anchors.leftMargin: -2
-            anchors.rightMargin: -2
-            visible: control.visualFocus
+        Text {
+            id: label
+
+            anchors.centerIn: parent
+            text: control.text
+            font: control.font
+            color: "#353535"
+
+            DashedFrame {
+                anchors.fill: parent
+                anchors.leftMargin: -2
+                anchors.rightMargin: -2
+                visible: control.visualFocus
+            }
         }
     }
 
@@ -38,6 +45,7 @@ T.TabButton {
         ShapePath {
             strokeColor: "#C0C0C0"
             strokeWidth: 1
+            capStyle: ShapePath.FlatCap
             fillColor: !control.enabled ? "#FAFAFAFA"
                 : control.checked || control.down ? "#FFFFFF" : "#FAFAFA"
             startX: 2
@@ -46,6 +54,16 @@ T.TabButton {
             PathLine { x: 7; y: 0 }
             PathLine { x: control.width - 7; y: 0 }
             PathLine { x: control.width; y: control.height }
+        }
+        // The line to the page, on the last row of pixels, where the bar can cover it.
+        ShapePath {
+            strokeColor: "#C0C0C0"
+            strokeWidth: 1
+            capStyle: ShapePath.FlatCap
+            startX: 2
+            startY: control.height - 0.5
+
+            PathLine { x: control.width; y: control.height - 0.5 }
         }
     }
 }
