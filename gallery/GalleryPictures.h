@@ -19,7 +19,7 @@ public:
     GalleryPictures(QQuickWindow *window, const QString &folder);
 
     /// Writes PAGE.png, PAGE-hovered.png, PAGE-pressed.png, PAGE-focused.png for every page, and
-    /// a picture of each thing that a page can open. Takes some ten seconds a page.
+    /// a picture of each thing that a page can open. Takes up to a minute a page.
     /// @return whether all could be written
     bool take(const QStringList &pages);
 

@@ -8,6 +8,17 @@
 
 namespace {
 
+/// The keyboard of the desk, for windows that are not the test's own.
+class Keyboard : public QObject {
+    Q_OBJECT
+
+public:
+    /// Presses and releases a key, named as X does, in the window with the focus.
+    Q_INVOKABLE void press(const QString &key) {
+        desk().run(QStringLiteral("xdotool"), {QStringLiteral("key"), key});
+    }
+};
+
 /// Makes ready what the controls need, for each file of tests.
 class Setup : public QObject {
     Q_OBJECT
@@ -16,6 +27,7 @@ public slots:
     void applicationAvailable() {
         registerQmlTypes();
         qmlRegisterType<IndexedList>("ControlTests", 1, 0, "IndexedList");
+        qmlRegisterType<Keyboard>("ControlTests", 1, 0, "Keyboard");
     }
 
     /// A control that works but warns is at fault, too.

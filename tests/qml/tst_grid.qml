@@ -29,8 +29,8 @@ TestCase {
         Ostrel.DataGrid {
             anchors.fill: parent
 
-            TableViewColumn { role: "objectName"; title: "Name"; width: 200 }
-            TableViewColumn { role: "objectName"; title: "Again"; width: 300 }
+            TableViewColumn { role: "name"; title: "Name"; width: 200 }
+            TableViewColumn { role: "name"; title: "Again"; width: 300 }
         }
     }
 
@@ -137,11 +137,11 @@ TestCase {
         list.append("f")
         list.moveTo(5)
         compare(selected(grid), [5])
-        list.removeRowAt(5)
+        list.removeAt(5)
         compare(selected(grid), [4])
         compare(list.CurrentIndex, 4)
         for (let i = 0; i < 5; ++i)
-            list.removeRowAt(0)
+            list.removeAt(0)
         compare(selected(grid), [])
         compare(list.CurrentIndex, -1)
         tryCompare(grid, "rowCount", 0)
@@ -166,7 +166,7 @@ TestCase {
     function test_modelWithoutIndex() {
         const list = createTemporaryObject(plainComponent, test)
         for (const name of ["a", "b", "c", "d", "e"])
-            list.append({ objectName: name })
+            list.append({ name: name })
         const grid = makeGrid(list)
         mouseClick(rows(grid)[4])
         compare(selected(grid), [4])
