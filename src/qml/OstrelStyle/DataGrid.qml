@@ -11,7 +11,7 @@ TableView {
     // The model that the selection belongs to: differs from `model` while that is exchanged.
     property var selectedModel: null
 
-    // Kept in properties: the view takes every other object inside it for a column.
+    // Kept in properties, as the plain objects inside the view are its columns.
     readonly property QtObject selectionWatch: Connections {
         target: grid.selection
 
