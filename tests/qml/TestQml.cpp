@@ -1,3 +1,4 @@
+#include "CheckedText.h"
 #include "DeskTest.h"
 #include "IndexedList.h"
 #include "viewmodels/QmlTypes.h"
@@ -26,8 +27,9 @@ class Setup : public QObject {
 public slots:
     void applicationAvailable() {
         registerQmlTypes();
-        qmlRegisterType<IndexedList>("ControlTests", 1, 0, "IndexedList");
-        qmlRegisterType<Keyboard>("ControlTests", 1, 0, "Keyboard");
+        qmlRegisterType<CheckedText>("Tests", 1, 0, "CheckedText");
+        qmlRegisterType<IndexedList>("Tests", 1, 0, "IndexedList");
+        qmlRegisterType<Keyboard>("Tests", 1, 0, "Keyboard");
     }
 
     /// A control that works but warns is at fault, too.

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 1.4
 import QtTest 1.15
-import ControlTests 1.0
+import Tests 1.0
 import "qrc:/OstrelStyle" as Ostrel
 
 TestCase {

@@ -3,7 +3,7 @@ import QtQuick.Controls 2.15
 import QtQuick.Templates 2.15 as T
 import QtQuick.Window 2.15
 import QtTest 1.15
-import ControlTests 1.0
+import Tests 1.0
 import "qrc:/OstrelStyle" as Ostrel
 
 TestCase {

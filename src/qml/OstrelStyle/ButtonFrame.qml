@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import QtGraphicalEffects 1.15
 
 // The background of a Button: its face and the shadow of a raised one.
 Item {
@@ -12,8 +11,7 @@ Item {
     implicitWidth: 100
     implicitHeight: 30
 
-    DropShadow {
-        anchors.fill: face
+    Shadow {
         source: face
         visible: radius > 0
         radius: isRaised ? 2 : 0

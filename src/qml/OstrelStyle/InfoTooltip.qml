@@ -1,6 +1,5 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
-import QtGraphicalEffects 1.15
 
 // A message that slides up from behind its lower edge.
 Item {
@@ -16,13 +15,11 @@ Item {
     implicitHeight: content.height + 64
     clip: true
 
-    DropShadow {
-        anchors.fill: content
+    Shadow {
         source: content
         visible: content.visible
         opacity: content.opacity
-        horizontalOffset: 2
-        verticalOffset: 2
+        offset: 2
         radius: 4
         samples: 9
         color: "#66000000"

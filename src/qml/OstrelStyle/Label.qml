@@ -12,6 +12,7 @@ T.Label {
     Accessible.name: text
 
     MouseArea {
+        objectName: "pointer"
         anchors.fill: parent
         acceptedButtons: Qt.NoButton
         cursorShape: control.hoveredLink !== "" ? Qt.PointingHandCursor : Qt.ArrowCursor
