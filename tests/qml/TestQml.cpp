@@ -1,5 +1,6 @@
 #include "CheckedText.h"
 #include "DeskTest.h"
+#include "IndexedList.h"
 #include "viewmodels/QmlTypes.h"
 
 #include <QQmlEngine>
@@ -7,6 +8,17 @@
 #include <QtQuickTest>
 
 namespace {
+
+/// The keyboard of the desk, for windows that are not the test's own.
+class Keyboard : public QObject {
+    Q_OBJECT
+
+public:
+    /// Presses and releases a key, named as X does, in the window with the focus.
+    Q_INVOKABLE void press(const QString &key) {
+        desk().run(QStringLiteral("xdotool"), {QStringLiteral("key"), key});
+    }
+};
 
 /// Makes ready what the controls need, for each file of tests.
 class Setup : public QObject {
@@ -16,6 +28,8 @@ public slots:
     void applicationAvailable() {
         registerQmlTypes();
         qmlRegisterType<CheckedText>("Tests", 1, 0, "CheckedText");
+        qmlRegisterType<IndexedList>("Tests", 1, 0, "IndexedList");
+        qmlRegisterType<Keyboard>("Tests", 1, 0, "Keyboard");
     }
 
     /// A control that works but warns is at fault, too.
