@@ -26,7 +26,11 @@ SystemTray::SystemTray(QObject *parent)
     DelayShow();
 }
 
-SystemTray::~SystemTray() = default;
+SystemTray::~SystemTray() {
+    m_trayIcon.reset();
+    // A menu that dies with its entries leaves behind what Qt made of them for the session bus.
+    m_menu->clear();
+}
 
 void SystemTray::DelayShow() {
     if (QSystemTrayIcon::isSystemTrayAvailable()) {
