@@ -34,7 +34,6 @@
 #include <QQmlContext>
 #include <QScopeGuard>
 #include <QScreen>
-#include <QSystemTrayIcon>
 #include <QWindow>
 
 namespace {
@@ -282,8 +281,8 @@ void WindowsManager::reportMissingMicrophone() {
 }
 
 void WindowsManager::showTrayMessage(const UserNotification &notification) {
-    m_tray->trayIcon()->showMessage(notification.title(), notification.message(),
-                                    messageIcon(notification.type()), m_tray->messageDuration());
+    m_tray->showMessage(notification.title(), notification.message(),
+                        messageIcon(notification.type()));
 }
 
 void WindowsManager::onHotkeyActivated(int hotkeyClass, int hotkeyId, int keyPressType) {

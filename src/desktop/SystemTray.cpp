@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QIcon>
 #include <QMenu>
-#include <QSystemTrayIcon>
 #include <QTimer>
 
 #include <chrono>
@@ -84,9 +83,16 @@ void SystemTray::addOtherEntries() {
         m_selfTestAction = m_menu->addAction(tr("Тесты"), this, &SystemTray::signalSelfTest);
 }
 
+void SystemTray::showMessage(const QString &title, const QString &text,
+                             QSystemTrayIcon::MessageIcon icon) {
+    // The icon of a tray that has gone away still counts as visible; its message would point to a
+    // corner of the screen.
+    if (QSystemTrayIcon::isSystemTrayAvailable())
+        m_trayIcon->showMessage(title, text, icon, m_messageDuration);
+}
+
 void SystemTray::showError(QString &error) {
-    m_trayIcon->showMessage(QStringLiteral("error"), error, QSystemTrayIcon::Warning,
-                            m_messageDuration);
+    showMessage(QStringLiteral("error"), error, QSystemTrayIcon::Warning);
 }
 
 void SystemTray::onRecognitionParametersChanged(bool canEditAvocado) {
@@ -129,6 +135,6 @@ void SystemTray::showConnectEntry(bool isVisible) {
 void SystemTray::showFailure(const QString &message) {
     if (m_errorShown)
         return;
-    m_trayIcon->showMessage(QString(), message, QSystemTrayIcon::Critical, m_messageDuration);
+    showMessage(QString(), message, QSystemTrayIcon::Critical);
     m_errorShown = true;
 }

@@ -4,12 +4,12 @@
 
 #include <QObject>
 #include <QString>
+#include <QSystemTrayIcon>
 
 #include <memory>
 
 class QAction;
 class QMenu;
-class QSystemTrayIcon;
 
 /// The program's constant presence: an icon that tells the state of the connection, a menu that
 /// opens everything else, and the messages for the user.
@@ -23,10 +23,10 @@ public:
     explicit SystemTray(QObject *parent);
     ~SystemTray() override;
 
-    /// The icon itself, for messages; owned by this object.
+    /// The icon itself; owned by this object.
     QSystemTrayIcon *trayIcon() const { return m_trayIcon.get(); }
-    /// How long a message stays, in milliseconds.
-    int messageDuration() const { return m_messageDuration; }
+    /// Shows a message at the icon for messageDuration; nothing while the session has no tray.
+    void showMessage(const QString &title, const QString &text, QSystemTrayIcon::MessageIcon icon);
 
 public slots:
     /// Shows the text as a message; nothing is written to it.
@@ -56,7 +56,7 @@ private:
     void showConnectEntry(bool isVisible);
     void showFailure(const QString &message);
 
-    const int m_messageDuration = 4000;
+    const int m_messageDuration = 4000; ///< milliseconds
     const QString m_menuStyleSheet = QStringLiteral(":/qss/menuStyle.qss");
     const QString m_warningIconPath = QStringLiteral(":/replaceable/warning_icon.ico");
     const QString m_defaultIconPath = QStringLiteral(":/replaceable/default_icon.ico");
