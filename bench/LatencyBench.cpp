@@ -1,4 +1,5 @@
 #include "DeskTest.h"
+#include "Figures.h"
 #include "KeyReceiver.h"
 #include "Program.h"
 #include "Stand.h"
@@ -12,7 +13,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <fcntl.h>
 #include <stdexcept>
@@ -27,25 +27,6 @@ namespace {
 
 constexpr int rounds = 200;
 constexpr int blockBytes = 6400;
-
-using Samples = std::vector<double>;
-
-double nowMs() {
-    return std::chrono::duration<double, std::milli>(
-               std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
-
-void print(const char *what, Samples samples) {
-    std::sort(samples.begin(), samples.end());
-    const auto at = [&samples](double share) {
-        return samples[std::min(samples.size() - 1,
-                                static_cast<std::size_t>(share * samples.size()))];
-    };
-    std::printf("%-46s p50 %7.2f  p99 %7.2f  max %7.2f ms  (%zu)\n", what, at(0.5), at(0.99),
-                samples.back(), samples.size());
-    std::fflush(stdout);
-}
 
 /// The running program, ready, with a receiving window in front.
 struct Scene {
@@ -140,30 +121,6 @@ Samples measureSound(Scene *scene, int pipe) {
         samples.push_back(arrivalMs(sound) - written);
     }
     return samples;
-}
-
-double cpuSeconds(qint64 pid) {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray stat = file.readAll();
-    const QByteArrayList fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
-    return (fields[11].toDouble() + fields[12].toDouble()) / sysconf(_SC_CLK_TCK);
-}
-
-long residentKiB(qint64 pid) {
-    QFile file(QStringLiteral("/proc/%1/statm").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ')[1].toLong() * sysconf(_SC_PAGESIZE) / 1024;
-}
-
-/// Share of one core over ten seconds, in percent.
-double cpuPercent(qint64 pid) {
-    constexpr int seconds = 10;
-    const double before = cpuSeconds(pid);
-    QTest::qWait(seconds * 1000);
-    return (cpuSeconds(pid) - before) / seconds * 100;
 }
 
 void run() {

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <vector>
+
+/// Milliseconds, one for each round.
+using Samples = std::vector<double>;
+
+/// The machine's monotonic clock, which the stand's events tell as well.
+double nowMs();
+
+/// One line with the middle, the 99th of a hundred and the worst of the samples.
+void print(const char *what, Samples samples);
+
+/// What a process has used of one core over the next ten seconds, in percent; the event loop runs
+/// meanwhile.
+double cpuPercent(qint64 pid);
+
+long residentKiB(qint64 pid);

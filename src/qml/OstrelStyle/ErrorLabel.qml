@@ -1,0 +1,3 @@
+Label {
+    color: "#CE3535"
+}

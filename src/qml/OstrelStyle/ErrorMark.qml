@@ -1,0 +1,32 @@
+import QtQuick 2.15
+import QtQuick.Shapes 1.15
+
+// The red corner of a field whose content is refused.
+Shape {
+    width: 10
+    height: 10
+    layer.enabled: true
+    layer.samples: 4
+
+    ShapePath {
+        fillColor: "#FFDC000C"
+        strokeWidth: -1
+        startX: 10
+        startY: 6
+
+        PathLine { x: 10; y: 0 }
+        PathLine { x: 4; y: 0 }
+        PathLine { x: 10; y: 6 }
+    }
+
+    ShapePath {
+        fillColor: "transparent"
+        strokeColor: "white"
+        strokeWidth: 1.5
+        capStyle: ShapePath.RoundCap
+        startX: 10
+        startY: 7
+
+        PathLine { x: 3; y: 0 }
+    }
+}

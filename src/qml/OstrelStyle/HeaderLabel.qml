@@ -1,0 +1,4 @@
+Label {
+    color: "#3BBDC7"
+    font.pointSize: 12
+}

@@ -1,0 +1,50 @@
+#include "CheckedText.h"
+#include "DeskTest.h"
+#include "viewmodels/QmlTypes.h"
+
+#include <QQmlEngine>
+#include <QQmlError>
+#include <QtQuickTest>
+
+namespace {
+
+/// Makes ready what the controls need, for each file of tests.
+class Setup : public QObject {
+    Q_OBJECT
+
+public slots:
+    void applicationAvailable() {
+        registerQmlTypes();
+        qmlRegisterType<CheckedText>("Tests", 1, 0, "CheckedText");
+    }
+
+    /// A control that works but warns is at fault, too.
+    void qmlEngineAvailable(QQmlEngine *engine) {
+        connect(engine, &QQmlEngine::warnings, this, [](const QList<QQmlError> &warnings) {
+            for (const QQmlError &warning : warnings)
+                QTest::qFail(qPrintable(warning.toString()), __FILE__, __LINE__);
+        });
+    }
+};
+
+} // namespace
+
+int main(int argc, char **argv) {
+    try {
+        currentDesk() = std::make_unique<VirtualDesk>(VirtualDesk::Screen);
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "The virtual desk could not be raised: %s\n", failure.what());
+        return -1;
+    }
+    int failures = 0;
+    {
+        QApplication application(argc, argv);
+        Setup setup;
+        failures =
+            quick_test_main_with_setup(argc, argv, "controls", QUICK_TEST_SOURCE_DIR, &setup);
+    }
+    currentDesk().reset();
+    return failures;
+}
+
+#include "TestQml.moc"
