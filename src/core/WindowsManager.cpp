@@ -17,6 +17,7 @@
 #include "core/workers/SubService.h"
 #include "desktop/HotKeyManager.h"
 #include "desktop/Hotkey.h"
+#include "desktop/SystemTray.h"
 #include "desktop/TextWriter.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
@@ -46,6 +47,18 @@ QString displayName(const QString &invariantName) {
     } catch (const ConveterException &) {
         return Enum<T>::ToString(T{});
     }
+}
+
+QSystemTrayIcon::MessageIcon messageIcon(NotificationType type) {
+    switch (type) {
+    case NotificationType::Information:
+        return QSystemTrayIcon::Information;
+    case NotificationType::Warning:
+        return QSystemTrayIcon::Warning;
+    case NotificationType::Critical:
+        return QSystemTrayIcon::Critical;
+    }
+    return QSystemTrayIcon::NoIcon;
 }
 
 } // namespace
@@ -102,6 +115,7 @@ int WindowsManager::runApplication(int argc, char **argv) {
     m_hotKeyManager = HotKeyManager::getHotkeyManager();
     const auto unwind = qScopeGuard([&] { takeDown(&pulseAudio); });
     connectHotKeys();
+    createTray(&engine);
     createWebSocketWorker();
     connect(m_recordingDevice, &RecordingDeviceManager::SelectedIndexChanged, this,
             &WindowsManager::onSelectedMicrophoneChanged);
@@ -123,6 +137,7 @@ void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     m_heartbeatService = nullptr;
     while (!m_subServices.empty())
         m_subServices.pop_back();
+    m_tray.reset();
     m_runGuard = nullptr;
 }
 
@@ -156,6 +171,11 @@ void WindowsManager::connectHotKeys() {
             &WindowsManager::onHotkeyChanged);
 }
 
+void WindowsManager::createTray(QQmlApplicationEngine *engine) {
+    m_tray = std::make_unique<SystemTray>(nullptr);
+    engine->rootContext()->setContextProperty(QStringLiteral("systemTray"), m_tray.get());
+}
+
 void WindowsManager::createWebSocketWorker() {
     m_webSocketWorker = new WebSocketWorker;
     m_subServices.push_back(std::make_unique<SubService>(m_webSocketWorker, true));
@@ -183,6 +203,8 @@ void WindowsManager::createConnectionManager(QQmlApplicationEngine *engine,
             &WindowsManager::onConnectionStateChanged, Qt::QueuedConnection);
     connect(this, &WindowsManager::themeCheckSuccess, m_connectionManager,
             &ConnectionManager::onThemeCheckSuccess, Qt::QueuedConnection);
+    connect(m_connectionManager, &ConnectionManager::stateChanged, m_tray.get(),
+            &SystemTray::onConnectionStateChanged, Qt::QueuedConnection);
     engine->rootContext()->setContextProperty(QStringLiteral("connectionManager"),
                                               m_connectionManager);
 }
@@ -201,6 +223,8 @@ void WindowsManager::connectRecognition() {
             m_webSocketWorker->resultManager(), &ResultManager::flushResult);
     connect(asrManager, &AsrManager::currentModeOrStateChanged, this,
             &WindowsManager::onAsrModeStateChanged);
+    // Its argument is a reference, so it has to be raised on the main thread.
+    connect(asrManager, &AsrManager::errorNotification, m_tray.get(), &SystemTray::showError);
     connect(this, &WindowsManager::activationHotkey, asrManager, &AsrManager::startRecognition);
     connect(this, &WindowsManager::deactivationHotkey, asrManager, &AsrManager::stopRecognition);
     connect(this, &WindowsManager::modeChangeHotkey, asrManager, &AsrManager::changeRecognition);
@@ -232,6 +256,7 @@ void WindowsManager::stopSubServices() {
 void WindowsManager::closeApplication() {
     stopSubServices();
     m_hotKeyManager->keyboardHookUnreg();
+    m_tray->trayIcon()->hide();
     QCoreApplication::quit();
 }
 
@@ -246,7 +271,18 @@ void WindowsManager::restartApplication() {
 
 void WindowsManager::onSelectedMicrophoneChanged() {
     if (m_recordingDevice->SelectedIndex() == -1)
-        m_webSocketWorker->asrManager()->stopRecognition();
+        reportMissingMicrophone();
+}
+
+void WindowsManager::reportMissingMicrophone() {
+    showTrayMessage(UserNotification(NotificationType::Critical, tr("Микрофон не обнаружен"),
+                                     tr("Убедитесь что устройство подключено правильно")));
+    m_webSocketWorker->asrManager()->stopRecognition();
+}
+
+void WindowsManager::showTrayMessage(const UserNotification &notification) {
+    m_tray->showMessage(notification.title(), notification.message(),
+                        messageIcon(notification.type()));
 }
 
 void WindowsManager::onHotkeyActivated(int hotkeyClass, int hotkeyId, int keyPressType) {
@@ -295,8 +331,10 @@ void WindowsManager::processUserNotification(const UserNotification &notificatio
         break;
     case NotificationAction::StopRecognition:
         m_webSocketWorker->asrManager()->stopRecognition();
+        showTrayMessage(notification);
         break;
     case NotificationAction::Show:
+        showTrayMessage(notification);
         break;
     }
 }
@@ -329,11 +367,9 @@ void WindowsManager::onConnectionStateChanged(const ConnectionStateInfo &stateIn
 }
 
 void WindowsManager::onAsrModeStateChanged(RecognitionMode mode, AsrState state) {
-    AsrManager *asrManager = m_webSocketWorker->asrManager();
     if (mode < RecognitionMode::Text)
         return;
-    if (state == AsrState::Started && mode != asrManager->getLastStartedMode() &&
-        m_recordingDevice->SelectedIndex() == -1) {
-        asrManager->stopRecognition();
-    }
+    const RecognitionMode last = m_webSocketWorker->asrManager()->getLastStartedMode();
+    if (state == AsrState::Started && mode != last && m_recordingDevice->SelectedIndex() == -1)
+        reportMissingMicrophone();
 }

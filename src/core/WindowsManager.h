@@ -21,6 +21,7 @@ class QWindow;
 class RecordingDeviceManager;
 class RunGuard;
 class SubService;
+class SystemTray;
 class WebSocketWorker;
 
 /// The application controller: builds every manager in a fixed order, wires them together, loads
@@ -39,9 +40,10 @@ public:
     /// @return the event loop's exit code, or -1 on failure
     int start(int argc, char **argv);
 
-    /// Stops all services and ends the event loop.
+    /// Stops all services, hides the tray icon and ends the event loop.
     Q_INVOKABLE void closeApplication();
 
+    /// Shows a message of the tray, or does what the notification asks for.
     void processUserNotification(const UserNotification &notification);
 
     int get_ScreenX() const { return m_screenX; }
@@ -81,9 +83,12 @@ private:
     void createConnectionManager(QQmlApplicationEngine *engine,
                                  RecordingDeviceManager *recordingDevice);
     void createHeartbeat();
+    void createTray(QQmlApplicationEngine *engine);
     void connectHotKeys();
     void connectRecognition();
     void onSelectedMicrophoneChanged();
+    void reportMissingMicrophone();
+    void showTrayMessage(const UserNotification &notification);
     void placeOnScreen();
     void stopSubServices();
     static void disablePunctuationWhereUnavailable();
@@ -94,6 +99,7 @@ private:
     bool m_subServicesStarted = false;
     /// In the order of creation; each owns its worker.
     std::vector<std::unique_ptr<SubService>> m_subServices;
+    std::unique_ptr<SystemTray> m_tray;
     QWindow *m_mainWindow = nullptr;
     ConnectionManager *m_connectionManager = nullptr;
     WebSocketWorker *m_webSocketWorker = nullptr;

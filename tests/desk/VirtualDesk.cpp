@@ -6,6 +6,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QMap>
 
 #include <X11/Xlib.h>
 #include <algorithm>
@@ -14,6 +15,29 @@
 namespace {
 
 constexpr int upTimeoutMs = 30000;
+
+/// A panel along a whole edge, with a list of windows and a tray.
+constexpr char panelSettings[] = R"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="length" type="double" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="30"/>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+        <value type="int" value="2"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="tasklist"/>
+    <property name="plugin-2" type="string" value="systray"/>
+  </property>
+</channel>
+)";
 
 using XConnection = std::unique_ptr<Display, decltype(&XCloseDisplay)>;
 
@@ -105,14 +129,15 @@ void writeFile(const QString &path, const QByteArray &content) {
 } // namespace
 
 VirtualDesk::VirtualDesk(Needs needs)
-    : m_folder(QDir::tempPath() + QStringLiteral("/vellumar-desk-XXXXXX")) {
+    : m_needs(needs), m_folder(QDir::tempPath() + QStringLiteral("/vellumar-desk-XXXXXX")) {
     if (!m_folder.isValid())
         fail(QStringLiteral("no folder for the desk: ") + m_folder.errorString());
     m_folder.setAutoRemove(!qEnvironmentVariableIsSet("VELLUMAR_KEEP_DESK"));
     forgetOuterDesktop();
     makeFolders();
-    qputenv("QT_QPA_PLATFORM", needs & (Screen | Tray) ? "xcb" : "offscreen");
-    if (needs & (Screen | Tray))
+    const bool hasScreen = needs & (Screen | Tray | Xfce | TwoMonitors | Bare);
+    qputenv("QT_QPA_PLATFORM", hasScreen ? "xcb" : "offscreen");
+    if (hasScreen)
         startScreen();
     if (needs & Tray)
         startTray();
@@ -152,31 +177,86 @@ void VirtualDesk::makeFolders() {
     writeFile(root.filePath(QStringLiteral("config/pulse/client.conf")), "autospawn = no\n");
 }
 
-void VirtualDesk::startServer() {
-    QProcess *server =
-        start(QStringLiteral("Xvfb"),
-              {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-               QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-noreset"),
-               QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+QProcess *VirtualDesk::startServer() {
+    if (m_needs & TwoMonitors)
+        return startTwoMonitors();
+    return start(QStringLiteral("Xvfb"),
+                 {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                  QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-noreset"),
+                  QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+}
+
+QProcess *VirtualDesk::startTwoMonitors() {
+    // Xvfb puts the monitors of one screen on top of each other; the dummy driver does not. It is
+    // kept off the machine's own cards, keyboards and consoles.
+    const QString file = m_folder.filePath(QStringLiteral("xorg.conf"));
+    writeFile(file, R"(Section "ServerFlags"
+    Option "AutoAddDevices" "false"
+    Option "AutoAddGPU" "false"
+    Option "DontVTSwitch" "true"
+EndSection
+Section "Device"
+    Identifier "card"
+    Driver "dummy"
+    VideoRam 65536
+EndSection
+Section "Monitor"
+    Identifier "monitor"
+    HorizSync 5.0-1000.0
+    VertRefresh 5.0-200.0
+EndSection
+Section "Screen"
+    Identifier "screen"
+    Device "card"
+    Monitor "monitor"
+    DefaultDepth 24
+EndSection
+)");
+    return start(QStringLiteral("Xorg"),
+                 {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-config"),
+                  file, QStringLiteral("-logfile"), m_folder.filePath(QStringLiteral("log/Xorg")),
+                  QStringLiteral("-noreset"), QStringLiteral("-novtswitch"),
+                  QStringLiteral("-sharevts"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+}
+
+void VirtualDesk::placeMonitors() {
+    // The second one counts as plugged in once it has a mode and somebody asks for it anew.
+    for (const char *arguments : {"--addmode DUMMY1 1024x768",
+                                  "--output DUMMY0 --mode 1280x800 --primary "
+                                  "--output DUMMY1 --mode 1024x768 --right-of DUMMY0",
+                                  "--query"})
+        run(QStringLiteral("xrandr"), QString::fromLatin1(arguments).split(QLatin1Char(' ')));
+}
+
+void VirtualDesk::startScreen() {
+    QProcess *server = startServer();
     QByteArray number;
     const QDeadlineTimer deadline(upTimeoutMs);
     while (!number.endsWith('\n')) {
         if (!server->waitForReadyRead(static_cast<int>(deadline.remainingTime())))
-            fail(QStringLiteral("Xvfb names no display: ") + server->errorString());
+            fail(QStringLiteral("the X server names no display: ") + server->errorString());
         number += server->readAllStandardOutput();
     }
     qputenv("DISPLAY", ":" + number.trimmed());
+    if (m_needs & TwoMonitors)
+        placeMonitors();
+    run(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us,ru")});
+    if (m_needs & Xfce)
+        startSessionBus();
+    if (!(m_needs & Bare))
+        startWindowManager();
 }
 
-void VirtualDesk::startScreen() {
-    startServer();
+void VirtualDesk::startWindowManager() {
     const XConnection display = connectToScreen();
-    run(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us,ru")});
     const Window root = DefaultRootWindow(display.get());
     const Window asked = XCreateSimpleWindow(display.get(), root, 0, 0, 10, 10, 0, 0, 0);
+    QProcess *manager = m_needs & Xfce
+                            ? start(QStringLiteral("xfwm4"), {QStringLiteral("--compositor=off")})
+                            : start(QStringLiteral("openbox"), {});
     // The window manager names itself early and loses what comes before its event loop; a window
     // shown till then would not get the focus. So it is up when it answers.
-    awaitUp(start(QStringLiteral("openbox"), {}), "openbox", [&] {
+    awaitUp(manager, "the window manager", [&] {
         if (hasProperty(display.get(), asked, "_NET_FRAME_EXTENTS"))
             return true;
         askForFrame(display.get(), asked);
@@ -184,12 +264,96 @@ void VirtualDesk::startScreen() {
     });
 }
 
-void VirtualDesk::startTray() {
+void VirtualDesk::startSessionBus() {
+    const QDir root(m_folder.path());
+    root.mkpath(QStringLiteral("bus"));
+    // Only what belongs to the session may be started over the bus.
+    for (const char *service :
+         {"org.xfce.Xfconf.service", "org.xfce.xfce4-notifyd.Notifications.service"}) {
+        const QString name = QLatin1String(service);
+        if (!QFile::link(QStringLiteral("/usr/share/dbus-1/services/") + name,
+                         root.filePath(QStringLiteral("bus/") + name)))
+            fail(QStringLiteral("cannot offer %1 on the session bus").arg(name));
+    }
+    const QString address =
+        QStringLiteral("unix:path=") + root.filePath(QStringLiteral("runtime/bus"));
+    const QString file = root.filePath(QStringLiteral("bus/session.conf"));
+    writeFile(file, QStringLiteral(R"(<busconfig>
+  <type>session</type>
+  <listen>%1</listen>
+  <servicedir>%2</servicedir>
+  <policy context="default">
+    <allow send_destination="*"/>
+    <allow receive_sender="*"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)")
+                        .arg(address, root.filePath(QStringLiteral("bus")))
+                        .toLocal8Bit());
+    root.mkpath(QStringLiteral("config/xfce4/xfconf/xfce-perchannel-xml"));
+    writeFile(
+        root.filePath(QStringLiteral("config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml")),
+        panelSettings);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
+    qputenv("GIO_USE_VFS", "local");
+    QProcess *bus = start(QStringLiteral("dbus-daemon"),
+                          {QStringLiteral("--config-file"), file, QStringLiteral("--nofork"),
+                           QStringLiteral("--nopidfile")});
+    awaitUp(bus, "dbus-daemon",
+            [&root] { return QFile::exists(root.filePath(QStringLiteral("runtime/bus"))); });
+}
+
+void VirtualDesk::startTray(Edge edge) {
+    if (m_tray)
+        return;
     const XConnection display = connectToScreen();
-    QProcess *tray =
-        start(QStringLiteral("trayer"), {QStringLiteral("--edge"), QStringLiteral("top"),
-                                         QStringLiteral("--align"), QStringLiteral("right")});
-    awaitUp(tray, "trayer", [&display] { return hasTray(display.get()); });
+    if (m_needs & Xfce) {
+        m_tray = startPanel(edge);
+    } else {
+        static const QMap<Edge, QString> names{{Edge::Top, QStringLiteral("top")},
+                                               {Edge::Bottom, QStringLiteral("bottom")},
+                                               {Edge::Left, QStringLiteral("left")},
+                                               {Edge::Right, QStringLiteral("right")}};
+        m_tray =
+            start(QStringLiteral("trayer"), {QStringLiteral("--edge"), names[edge],
+                                             QStringLiteral("--align"), QStringLiteral("right")});
+    }
+    awaitUp(m_tray, "the tray", [this, &display] {
+        return hasTray(display.get()) && (!(m_needs & Xfce) || hasStatusNotifier());
+    });
+}
+
+void VirtualDesk::stopTray() {
+    end(m_tray);
+    m_tray = nullptr;
+}
+
+QProcess *VirtualDesk::startPanel(Edge edge) {
+    // The panel's own numbers: a corner to start from, and 1 for upright.
+    static const QMap<Edge, std::pair<QString, QString>> places{
+        {Edge::Top, {QStringLiteral("p=6;x=0;y=0"), QStringLiteral("0")}},
+        {Edge::Bottom, {QStringLiteral("p=8;x=0;y=0"), QStringLiteral("0")}},
+        {Edge::Left, {QStringLiteral("p=6;x=0;y=0"), QStringLiteral("1")}},
+        {Edge::Right, {QStringLiteral("p=2;x=0;y=0"), QStringLiteral("1")}}};
+    const auto set = [this](const char *property, const char *type, const QString &value) {
+        run(QStringLiteral("xfconf-query"),
+            {QStringLiteral("-c"), QStringLiteral("xfce4-panel"), QStringLiteral("-n"),
+             QStringLiteral("-p"), QLatin1String(property), QStringLiteral("-t"),
+             QLatin1String(type), QStringLiteral("-s"), value});
+    };
+    set("/panels/panel-1/position", "string", places[edge].first);
+    set("/panels/panel-1/mode", "uint", places[edge].second);
+    return start(QStringLiteral("xfce4-panel"), {});
+}
+
+bool VirtualDesk::hasStatusNotifier() {
+    return run(QStringLiteral("dbus-send"),
+               {QStringLiteral("--session"), QStringLiteral("--print-reply"),
+                QStringLiteral("--dest=org.freedesktop.DBus"), QStringLiteral("/"),
+                QStringLiteral("org.freedesktop.DBus.NameHasOwner"),
+                QStringLiteral("string:org.kde.StatusNotifierWatcher")})
+        .contains(QStringLiteral("boolean true"));
 }
 
 void VirtualDesk::startSound() {
@@ -250,8 +414,8 @@ QProcess *VirtualDesk::start(const QString &program, const QStringList &argument
     auto process = std::make_unique<DeskProcess>();
     process->setStandardErrorFile(log + QStringLiteral(".err"));
     // Without an event loop nobody would read a pipe, and a talkative program would block on it;
-    // the X server tells the number of its display there and nothing more.
-    if (!QCoreApplication::instance() && program != QLatin1String("Xvfb"))
+    // an X server tells the number of its display there and nothing more.
+    if (!QCoreApplication::instance() && !program.startsWith(QLatin1Char('X')))
         process->setStandardOutputFile(log + QStringLiteral(".out"));
     process->start(program, arguments);
     if (!process->waitForStarted())

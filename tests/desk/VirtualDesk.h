@@ -15,19 +15,26 @@ class DeskProcess;
 /// A desk of its own for one test executable: folders, and where asked for an X server with a
 /// window manager, a tray and a PulseAudio server.
 ///
-/// The constructor puts HOME, TMPDIR, the XDG folders and DISPLAY of the desk into this process's
-/// environment, so it is to be made before the application object. The destructor ends every
-/// process that was started here; after a crash of this process the kernel does. Everything that
-/// cannot be raised throws std::runtime_error with the reason. To be used from the main thread.
+/// The constructor puts HOME, TMPDIR, the XDG folders, DISPLAY and the address of the session bus
+/// of the desk into this process's environment, so it is to be made before the application object.
+/// The destructor ends every process that was started here; after a crash of this process the
+/// kernel does. Everything that cannot be raised throws std::runtime_error with the reason. To be
+/// used from the main thread.
 class VirtualDesk {
 public:
     enum Need {
         Folders = 0,
-        Screen = 1, ///< Xvfb, openbox, layouts us,ru
-        Sound = 2,  ///< PulseAudio: sinks "speaker" and "micfeed", source "mic"
-        Tray = 4,   ///< trayer; needs Screen
+        Screen = 1,       ///< an X server with openbox, layouts us,ru
+        Sound = 2,        ///< PulseAudio: sinks "speaker" and "micfeed", source "mic"
+        Tray = 4,         ///< trayer, or the panel of Xfce; implies Screen
+        Xfce = 8,         ///< xfwm4 instead of openbox, a session bus; implies Screen
+        TwoMonitors = 16, ///< 1280x800 and, on its right, 1024x768; implies Screen
+        Bare = 32,        ///< an X server without any window manager
     };
     Q_DECLARE_FLAGS(Needs, Need)
+
+    /// Where the tray or the panel lies on the primary monitor.
+    enum class Edge { Top, Bottom, Left, Right };
 
     explicit VirtualDesk(Needs needs);
     ~VirtualDesk();
@@ -47,6 +54,9 @@ public:
     /// Ends a process of start() now and forgets it.
     void end(QProcess *process);
 
+    /// Starts the session's tray, unless it runs, and returns when icons can dock.
+    void startTray(Edge edge = Edge::Top);
+    void stopTray();
     void startSound();
     void stopSound();
     /// Plugs a device: `pactl load-module …`; returns the module's index.
@@ -61,12 +71,19 @@ public:
 private:
     void makeFolders();
     void startScreen();
-    void startTray();
-    void startServer();
+    QProcess *startServer();
+    QProcess *startTwoMonitors();
+    void placeMonitors();
+    void startWindowManager();
+    void startSessionBus();
+    QProcess *startPanel(Edge edge);
+    bool hasStatusNotifier();
     void awaitUp(QProcess *process, const char *what, const std::function<bool()> &isUp);
 
+    const Needs m_needs;
     QTemporaryDir m_folder;
     std::vector<std::unique_ptr<DeskProcess>> m_processes;
+    QProcess *m_tray = nullptr;
     QProcess *m_sound = nullptr;
     int m_started = 0;
 };

@@ -1,0 +1,140 @@
+#include "desktop/SystemTray.h"
+
+#include "core/AppVariables.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/SelfTestSettings.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QIcon>
+#include <QMenu>
+#include <QTimer>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+SystemTray::SystemTray(QObject *parent)
+    : QObject(parent),
+      m_appName(AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("AppName"))) {
+    CreateMenu();
+    m_trayIcon = std::make_unique<QSystemTrayIcon>();
+    m_trayIcon->setContextMenu(m_menu.get());
+    m_trayIcon->setIcon(QIcon(m_warningIconPath));
+    m_trayIcon->setToolTip(m_appName);
+    DelayShow();
+}
+
+SystemTray::~SystemTray() {
+    m_trayIcon.reset();
+    // A menu that dies with its entries leaves behind what Qt made of them for the session bus.
+    m_menu->clear();
+}
+
+void SystemTray::DelayShow() {
+    if (QSystemTrayIcon::isSystemTrayAvailable()) {
+        m_trayIcon->setVisible(true);
+        return;
+    }
+    qDebug() << "System tray Unavaliable, wait...";
+    QTimer::singleShot(1000ms, this, &SystemTray::DelayShow);
+}
+
+void SystemTray::CreateMenu() {
+    m_menu = std::make_unique<QMenu>();
+    ApplyMenuStyle(m_menu.get());
+    addConnectEntries();
+    addSettingsEntries();
+    m_menu->addSeparator();
+    addOtherEntries();
+    m_menu->addSeparator();
+    m_quitAction = m_menu->addAction(tr("Выход"), this, &SystemTray::signalQuit);
+}
+
+void SystemTray::ApplyMenuStyle(QMenu *menu) const {
+    QFile file(m_menuStyleSheet);
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+        menu->setStyleSheet(QString::fromUtf8(file.readAll()));
+    menu->setWindowFlags(menu->windowFlags() | Qt::NoDropShadowWindowHint);
+}
+
+void SystemTray::addConnectEntries() {
+    m_connectAction =
+        m_menu->addAction(tr("Подключиться к серверу"), this, &SystemTray::signalConnectRequest);
+    m_connectSeparator = m_menu->addSeparator();
+}
+
+void SystemTray::addSettingsEntries() {
+    m_settingsAction = m_menu->addAction(tr("Настройки"), this, &SystemTray::signalShowSettings);
+    m_replacesAction = m_menu->addAction(tr("Автозамена"), this, &SystemTray::signalShowReplaces);
+}
+
+void SystemTray::addOtherEntries() {
+    m_feedbackAction =
+        m_menu->addAction(tr("Обратная связь"), this, &SystemTray::signalShowFeedback);
+    m_avocadoAction = m_menu->addAction(tr("Мои слова"), this, &SystemTray::signalShowAvocado);
+    m_avocadoAction->setVisible(ASRSettings().CanEditAvocadoWords);
+    const QString helpFile = AppVariables::sm_stdVars.get(QStringLiteral("HelpFile"), QString());
+    if (QFile::exists(helpFile)) {
+        m_manualAction = m_menu->addAction(tr("Руководство пользователя"), this,
+                                           [this, helpFile] { emit signalShowManual(helpFile); });
+    }
+    if (SelfTestSettings().Enabled)
+        m_selfTestAction = m_menu->addAction(tr("Тесты"), this, &SystemTray::signalSelfTest);
+}
+
+void SystemTray::showMessage(const QString &title, const QString &text,
+                             QSystemTrayIcon::MessageIcon icon) {
+    // The icon of a tray that has gone away still counts as visible; its message would point to a
+    // corner of the screen.
+    if (QSystemTrayIcon::isSystemTrayAvailable())
+        m_trayIcon->showMessage(title, text, icon, m_messageDuration);
+}
+
+void SystemTray::showError(QString &error) {
+    showMessage(QStringLiteral("error"), error, QSystemTrayIcon::Warning);
+}
+
+void SystemTray::onRecognitionParametersChanged(bool canEditAvocado) {
+    m_avocadoAction->setVisible(canEditAvocado);
+}
+
+void SystemTray::onConnectionStateChanged(const ConnectionStateInfo &stateInfo) {
+    m_settingsAction->setEnabled(true);
+    m_replacesAction->setEnabled(true);
+    const bool isReady = stateInfo.is(ConnectionState::Ready);
+    const bool isFailed = stateInfo.is(ConnectionState::Failed);
+    const bool isApart = isFailed || stateInfo.is(ConnectionState::Disconnected);
+    m_connectAction->setEnabled(isApart);
+    if (isReady || isApart) {
+        showConnectEntry(isApart);
+        m_trayIcon->setIcon(QIcon(isReady ? m_defaultIconPath : m_warningIconPath));
+    }
+    if (isReady) {
+        m_trayIcon->setToolTip(
+            tr("%1\nСервер %2\nБалансер %3")
+                .arg(m_appName, stateInfo.serverHost(), stateInfo.balancerHost()));
+        m_errorShown = false;
+    } else if (isApart) {
+        m_trayIcon->setToolTip(
+            tr("%1\nОтключен от сервера\nБалансер %2").arg(m_appName, stateInfo.balancerHost()));
+    } else {
+        m_trayIcon->setToolTip(
+            tr("%1\nПодключается к %2\nБалансер %3")
+                .arg(m_appName, stateInfo.serverHost(), stateInfo.balancerHost()));
+    }
+    if (isFailed)
+        showFailure(stateInfo.message());
+}
+
+void SystemTray::showConnectEntry(bool isVisible) {
+    m_connectAction->setVisible(isVisible);
+    m_connectSeparator->setVisible(isVisible);
+}
+
+void SystemTray::showFailure(const QString &message) {
+    if (m_errorShown)
+        return;
+    showMessage(QString(), message, QSystemTrayIcon::Critical);
+    m_errorShown = true;
+}

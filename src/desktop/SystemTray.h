@@ -1,0 +1,78 @@
+#pragma once
+
+#include "connection/ConnectionStateInfo.h"
+
+#include <QObject>
+#include <QString>
+#include <QSystemTrayIcon>
+
+#include <memory>
+
+class QAction;
+class QMenu;
+
+/// The program's constant presence: an icon that tells the state of the connection, a menu that
+/// opens everything else, and the messages for the user.
+///
+/// Main thread, destroyed before the application object. A session may have its tray later than
+/// the program, lose it or have none: the icon shows as soon as there is one.
+class SystemTray : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SystemTray(QObject *parent);
+    ~SystemTray() override;
+
+    /// The icon itself; owned by this object.
+    QSystemTrayIcon *trayIcon() const { return m_trayIcon.get(); }
+    /// Shows a message at the icon for messageDuration; nothing while the session has no tray.
+    void showMessage(const QString &title, const QString &text, QSystemTrayIcon::MessageIcon icon);
+
+public slots:
+    /// Shows the text as a message; nothing is written to it.
+    void showError(QString &error);
+    void onConnectionStateChanged(const ConnectionStateInfo &stateInfo);
+    void onRecognitionParametersChanged(bool canEditAvocado);
+    /// Shows the icon, or tries again each second until the session has a tray.
+    void DelayShow();
+
+signals:
+    void signalShowReplaces();
+    void signalShowSettings();
+    void signalShowFeedback();
+    void signalShowAvocado();
+    void signalQuit();
+    void signalConnectRequest();
+    void signalSelfTest();
+    /// @param localHelpFile  path of an existing file
+    void signalShowManual(QString localHelpFile);
+
+private:
+    void CreateMenu();
+    void ApplyMenuStyle(QMenu *menu) const;
+    void addConnectEntries();
+    void addSettingsEntries();
+    void addOtherEntries();
+    void showConnectEntry(bool isVisible);
+    void showFailure(const QString &message);
+
+    const int m_messageDuration = 4000; ///< milliseconds
+    const QString m_menuStyleSheet = QStringLiteral(":/qss/menuStyle.qss");
+    const QString m_warningIconPath = QStringLiteral(":/replaceable/warning_icon.ico");
+    const QString m_defaultIconPath = QStringLiteral(":/replaceable/default_icon.ico");
+    const QString m_appName;
+    std::unique_ptr<QMenu> m_menu;
+    std::unique_ptr<QSystemTrayIcon> m_trayIcon;
+    // The menu's entries; the menu owns them.
+    QAction *m_connectAction = nullptr;
+    QAction *m_connectSeparator = nullptr;
+    QAction *m_settingsAction = nullptr;
+    QAction *m_replacesAction = nullptr;
+    QAction *m_feedbackAction = nullptr;
+    QAction *m_avocadoAction = nullptr;
+    QAction *m_quitAction = nullptr;
+    QAction *m_selfTestAction = nullptr; ///< null unless the self test is enabled
+    QAction *m_manualAction = nullptr;   ///< null unless the manual is there
+    /// The failure of the connection has been shown, and none has stood since.
+    bool m_errorShown = false;
+};
