@@ -21,6 +21,7 @@
 #include "desktop/TextWriter.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
+#include "viewmodels/MonitorViewModel.h"
 #include "viewmodels/QmlTypes.h"
 
 #include <QApplication>
@@ -122,11 +123,14 @@ int WindowsManager::runApplication(int argc, char **argv) {
     pulseAudio.Start();
     createConnectionManager(&engine, m_recordingDevice);
     createHeartbeat();
-    connectRecognition();
+    MonitorViewModel monitor(m_webSocketWorker->asrManager(), m_webSocketWorker->resultManager(),
+                             m_recordingDevice, m_connectionManager);
     engine.rootContext()->setContextProperty(QStringLiteral("asrManager"),
                                              m_webSocketWorker->asrManager());
+    engine.rootContext()->setContextProperty(QStringLiteral("monitorViewModel"), &monitor);
+    connectRecognition();
     engine.rootContext()->setContextProperty(QStringLiteral("windowsManager"), this);
-    placeOnScreen();
+    followPrimaryScreen();
     return runInterface(&engine);
 }
 
@@ -154,6 +158,9 @@ int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
     stopSubServices();
     QCoreApplication::sendPostedEvents();
     TextWriter::Cleanup();
+    // The views go before the view models that they show.
+    m_mainWindow = nullptr;
+    qDeleteAll(engine->rootObjects());
     return result;
 }
 
@@ -230,12 +237,30 @@ void WindowsManager::connectRecognition() {
     connect(this, &WindowsManager::modeChangeHotkey, asrManager, &AsrManager::changeRecognition);
 }
 
+void WindowsManager::followPrimaryScreen() {
+    const auto follow = [this](const QScreen *screen) {
+        if (!screen)
+            return;
+        // A former primary screen only leads to the same numbers once more.
+        connect(screen, &QScreen::availableGeometryChanged, this, &WindowsManager::placeOnScreen,
+                Qt::UniqueConnection);
+        placeOnScreen();
+    };
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, follow);
+    follow(QGuiApplication::primaryScreen());
+}
+
 void WindowsManager::placeOnScreen() {
-    const QPoint corner = QGuiApplication::primaryScreen()->availableGeometry().topLeft();
-    m_screenX = corner.x();
-    m_screenY = corner.y();
-    emit changed_ScreenX(m_screenX);
-    emit changed_ScreenY(m_screenY);
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    const QRect area = screen->availableGeometry();
+    if (m_screenX != area.x())
+        emit changed_ScreenX(m_screenX = area.x());
+    if (m_screenY != area.y())
+        emit changed_ScreenY(m_screenY = area.y());
+    if (m_screenAvailableSize != area.size())
+        emit changed_ScreenAvailableSize(m_screenAvailableSize = area.size());
 }
 
 void WindowsManager::startSubServices() {

@@ -7,6 +7,7 @@
 #include <QList>
 #include <QMutex>
 #include <QObject>
+#include <QSize>
 #include <QString>
 
 #include <memory>
@@ -31,6 +32,11 @@ class WindowsManager : public QObject {
     Q_OBJECT
     Q_PROPERTY(int ScreenX READ get_ScreenX NOTIFY changed_ScreenX)
     Q_PROPERTY(int ScreenY READ get_ScreenY NOTIFY changed_ScreenY)
+    /// Size of the primary screen's available geometry; QML's own values span all screens.
+    Q_PROPERTY(
+        int ScreenAvailableWidth READ get_ScreenAvailableWidth NOTIFY changed_ScreenAvailableSize)
+    Q_PROPERTY(
+        int ScreenAvailableHeight READ get_ScreenAvailableHeight NOTIFY changed_ScreenAvailableSize)
 
 public:
     explicit WindowsManager(QObject *parent);
@@ -48,6 +54,8 @@ public:
 
     int get_ScreenX() const { return m_screenX; }
     int get_ScreenY() const { return m_screenY; }
+    int get_ScreenAvailableWidth() const { return m_screenAvailableSize.width(); }
+    int get_ScreenAvailableHeight() const { return m_screenAvailableSize.height(); }
 
 public slots:
     /// Starts the workers; a second call does nothing.
@@ -73,6 +81,7 @@ signals:
     void needReconnect();
     void changed_ScreenX(int v);
     void changed_ScreenY(int v);
+    void changed_ScreenAvailableSize(const QSize &v);
 
 private:
     int runApplication(int argc, char **argv);
@@ -89,6 +98,7 @@ private:
     void onSelectedMicrophoneChanged();
     void reportMissingMicrophone();
     void showTrayMessage(const UserNotification &notification);
+    void followPrimaryScreen();
     void placeOnScreen();
     void stopSubServices();
     static void disablePunctuationWhereUnavailable();
@@ -112,4 +122,5 @@ private:
     bool m_notifyHotkeyOnReady = true;
     int m_screenX = 0;
     int m_screenY = 0;
+    QSize m_screenAvailableSize;
 };

@@ -84,6 +84,10 @@ void logProperties(Display *display, Window window, const char *when) {
 } // namespace
 
 FixedWindow::FixedWindow(QWindow *parent) : QQuickApplicationWindow(parent) {
+    // These must stand before the native window: one that is put on top later is made anew when it
+    // is shown, without its state, and one that becomes transparent later cannot be drawn by GL.
+    setFlag(Qt::WindowStaysOnTopHint);
+    setColor(Qt::transparent);
     const unsigned long window = winId();
     if (QGuiApplication::platformName() != QLatin1String("xcb"))
         return;

@@ -1,0 +1,116 @@
+import QtQuick 2.15
+import QtQuick.Window 2.15
+import "qrc:/OstrelStyle" as Ostrel
+
+// The square in the corner of the screen and the windows beside it.
+Item {
+    id: monitor
+
+    property var viewmodel
+    property Window square
+
+    signal themeChooseRequested()
+
+    MicView {
+        viewmodel: monitor.viewmodel
+        visible: monitor.viewmodel.Visible
+    }
+
+    Ostrel.FixedWindow {
+        title: "Vellumar (Qt) Result"
+        x: monitor.viewmodel.TooltipOnInputWindow
+           ? monitor.viewmodel.InputWindowRect.x
+             + monitor.viewmodel.InputWindowRect.width / 2 - width / 2
+           : square.x + square.width - width
+        y: monitor.viewmodel.TooltipOnInputWindow
+           ? monitor.viewmodel.InputWindowRect.y
+           : square.y - height
+        width: resultView.implicitWidth
+        height: resultView.implicitHeight
+        visible: monitor.viewmodel.ResultTail !== ""
+        color: "transparent"
+        modality: Qt.NonModal
+        flags: Qt.X11BypassWindowManagerHint | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
+               | Qt.WA_TranslucentBackground | Qt.WA_TransparentForMouseEvents | Qt.SplashScreen
+               | Qt.WA_ShowWithoutActivating | Qt.WindowDoesNotAcceptFocus
+
+        ResultView {
+            id: resultView
+            text: monitor.viewmodel.ResultTail
+        }
+    }
+
+    Loader {
+        id: themeLoader
+        active: monitor.viewmodel.ThemeVisible
+        onLoaded: {
+            item.raise()
+            item.requestActivate()
+        }
+        sourceComponent: Ostrel.FixedWindow {
+            id: themeWindow
+
+            title: "Vellumar (Qt) Theme"
+            x: square.x - width - 10
+            y: square.y + square.height - height
+            width: themeView.width
+            height: themeView.height
+            color: "transparent"
+            modality: Qt.NonModal
+            flags: Qt.Popup | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
+                   | Qt.WA_TranslucentBackground | Qt.WA_TransparentForMouseEvents
+
+            ThemeView {
+                id: themeView
+                themeName: monitor.viewmodel.ThemeName
+                onThemeChooseRequested: monitor.themeChooseRequested()
+                Component.onCompleted: themeWindow.visible = true
+            }
+
+            Connections {
+                target: themeWindow
+                function onActiveChanged() {
+                    if (monitor.viewmodel.ActiveWindow !== themeWindow)
+                        monitor.viewmodel.ThemeVisible = false
+                }
+            }
+        }
+    }
+
+    Loader {
+        id: gainLoader
+        active: monitor.viewmodel.GainVisible
+        onLoaded: {
+            item.raise()
+            item.requestActivate()
+        }
+        sourceComponent: Ostrel.FixedWindow {
+            id: gainWindow
+
+            title: "Vellumar (Qt) Gain"
+            x: square.x - width - 10
+            y: square.y
+            width: gainView.width
+            height: square.height
+            color: "transparent"
+            modality: Qt.NonModal
+            flags: Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
+                   | Qt.WA_TranslucentBackground | Qt.WA_TransparentForMouseEvents
+
+            GainView {
+                id: gainView
+                viewmodel: monitor.viewmodel
+                height: gainWindow.height
+                Component.onCompleted: gainWindow.visible = true
+            }
+
+            Connections {
+                target: gainWindow
+                function onActiveChanged() {
+                    if (monitor.viewmodel.ActiveWindow !== gainWindow)
+                        monitor.viewmodel.GainVisible = false
+                }
+            }
+        }
+    }
+}
