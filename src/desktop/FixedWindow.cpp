@@ -5,6 +5,7 @@
 
 #include <QDebug>
 #include <QGuiApplication>
+#include <QPlatformSurfaceEvent>
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -83,11 +84,17 @@ void logProperties(Display *display, Window window, const char *when) {
 
 } // namespace
 
-FixedWindow::FixedWindow(QWindow *parent) : QQuickApplicationWindow(parent) {
-    // These must stand before the native window: one that is put on top later is made anew when it
-    // is shown, without its state, and one that becomes transparent later cannot be drawn by GL.
-    setFlag(Qt::WindowStaysOnTopHint);
-    setColor(Qt::transparent);
+FixedWindow::FixedWindow(QWindow *parent) : QQuickApplicationWindow(parent) {}
+
+bool FixedWindow::event(QEvent *event) {
+    if (event->type() == QEvent::PlatformSurface &&
+        static_cast<QPlatformSurfaceEvent *>(event)->surfaceEventType() ==
+            QPlatformSurfaceEvent::SurfaceCreated)
+        appendState();
+    return QQuickApplicationWindow::event(event);
+}
+
+void FixedWindow::appendState() {
     const unsigned long window = winId();
     if (QGuiApplication::platformName() != QLatin1String("xcb"))
         return;
