@@ -1,0 +1,281 @@
+#include "DeskTest.h"
+#include "Editor.h"
+#include "Program.h"
+#include "SineWave.h"
+#include "Stand.h"
+#include "XKeyboard.h"
+#include "connection/messages/MessageType.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/ConnectionManagerSettings.h"
+#include "core/settings/RecordingDeviceSettings.h"
+
+#include <QFile>
+#include <QImage>
+#include <QRegularExpression>
+#include <QScreen>
+
+namespace {
+
+const VirtualDesk::Needs needs{VirtualDesk::Sound | VirtualDesk::MONITOR_DESK};
+
+const QString squareName = QStringLiteral("^Vellumar .Qt.$");
+const QString gainName = QStringLiteral("^Vellumar .Qt. Gain$");
+const QString themeName = QStringLiteral("^Vellumar .Qt. Theme$");
+const QString resultName = QStringLiteral("^Vellumar .Qt. Result$");
+const QString splashName = QStringLiteral("^Splash Window$");
+
+QString xdotool(const QStringList &arguments) {
+    return desk().run(QStringLiteral("xdotool"), arguments).trimmed();
+}
+
+/// The window of this name that can be seen, or an empty text.
+QString visibleWindow(const QString &name) {
+    try {
+        return xdotool({"search", "--onlyvisible", "--name", name}).section('\n', -1);
+    } catch (const std::runtime_error &) {
+        return QString(); // xdotool fails when it finds none
+    }
+}
+
+/// Where it stands, in pixels of the X server; an invalid rectangle if it cannot be seen.
+QRect place(const QString &name) {
+    const QString window = visibleWindow(name);
+    if (window.isEmpty())
+        return QRect();
+    QMap<QString, int> values;
+    for (const QString &line : xdotool({"getwindowgeometry", "--shell", window}).split('\n'))
+        values[line.section('=', 0, 0)] = line.section('=', 1).toInt();
+    return {values["X"], values["Y"], values["WIDTH"], values["HEIGHT"]};
+}
+
+QString focusedName() {
+    try {
+        return xdotool({"getwindowfocus", "getwindowname"});
+    } catch (const std::runtime_error &) {
+        return QString();
+    }
+}
+
+QColor pixel(const QPoint &at) {
+    const QString file = desk().folder() + QStringLiteral("/screen.png");
+    desk().screenshot(file);
+    return QImage(file).pixelColor(at);
+}
+
+void click(const QPoint &at, int button = 1) {
+    xdotool({"mousemove", QString::number(at.x()), QString::number(at.y()), "click",
+             QString::number(button)});
+}
+
+/// The corner of the square on the primary monitor, as far as panels leave it, at scale 1.
+QPoint corner() {
+    return QGuiApplication::primaryScreen()->availableGeometry().bottomRight() +
+           QPoint(1 - 110, 1 - 110);
+}
+
+} // namespace
+
+/// The monitor as the user meets it: the windows of the built program among those of others.
+class TestMonitorWindow : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void standsInItsCorner_data();
+    void standsInItsCorner();
+    void followsTheSound();
+    void opensAPopupAndGivesTheFocusBack_data();
+    void opensAPopupAndGivesTheFocusBack();
+    void setsTheGainByTheWheel();
+    void makesRoomForAPanel();
+
+private:
+    /// Starts the program beside an editor that has the focus, and then a dictation.
+    bool dictate();
+    static QString editorName() { return desk().folder() + QStringLiteral("/monitor.txt"); }
+    static bool isTooltipOverEditor();
+
+    std::unique_ptr<Stand> m_stand;
+    std::unique_ptr<Editor> m_editor;
+    std::unique_ptr<Program> m_program;
+    bool m_keptFocus = false;
+};
+
+void TestMonitorWindow::init() {
+    QFile::remove(Settings(QString()).fileName());
+    Settings(QString()).sync();
+    xdotool({"mousemove", "600", "5"});
+}
+
+void TestMonitorWindow::cleanup() {
+    if (m_program) {
+        QCOMPARE(m_program->terminate(), 0);
+        QVERIFY2(!m_program->log().contains(QStringLiteral("qrc:/")), "the views run clean");
+    }
+    m_program.reset();
+    m_editor.reset();
+    m_stand.reset();
+    qunsetenv("QT_SCALE_FACTOR");
+}
+
+bool TestMonitorWindow::dictate() {
+    m_stand = std::make_unique<Stand>();
+    m_stand->writeSettings();
+    ConnectionManagerSettings().QuietConnectionEnabled = true;
+    ASRSettings().SelectedTheme = QStringLiteral("therapy");
+    Settings(QString()).sync();
+    m_editor = std::make_unique<Editor>(QStringLiteral("monitor.txt"));
+    m_program = std::make_unique<Program>();
+    if (!QTest::qWaitFor([] { return place(splashName).isValid(); }, 20000))
+        return false;
+    m_keptFocus = focusedName() == editorName();
+    // The last of the opening messages.
+    if (m_stand->waitForMessage(MessageType::StartMode, 20000).isEmpty())
+        return false;
+    m_keptFocus = m_keptFocus && focusedName() == editorName();
+    if (place(splashName).isValid() || place(squareName).size() != QSize(1, 1))
+        return false;
+    XKeyboard().play(QStringLiteral("+Control_L -Control_L +Control_L -Control_L"));
+    return QTest::qWaitFor([] { return place(squareName).width() > 1; }, 10000);
+}
+
+bool TestMonitorWindow::isTooltipOverEditor() {
+    const QRect target = place(editorName());
+    const QRect tooltip = place(resultName);
+    return qAbs(tooltip.center().x() - target.center().x()) < 10 &&
+           qAbs(tooltip.top() - target.top()) < 40;
+}
+
+void TestMonitorWindow::standsInItsCorner_data() {
+    QTest::addColumn<QByteArray>("scale");
+    for (const char *scale : {"1", "1.5", "2"})
+        QTest::newRow(scale) << QByteArray(scale);
+}
+
+void TestMonitorWindow::standsInItsCorner() {
+    QFETCH(QByteArray, scale);
+    qputenv("QT_SCALE_FACTOR", scale);
+    const double factor = scale.toDouble();
+    QVERIFY(dictate());
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const QPoint expected = screen.bottomRight() + QPoint(1, 1) - QPoint(110, 110) * factor;
+    const QSize size = QSize(100, 100) * factor;
+    QTRY_VERIFY(place(squareName).size() == size);
+    QVERIFY((place(squareName).topLeft() - expected).manhattanLength() <= 2);
+    const QString state = desk().run(
+        QStringLiteral("xprop"), {"-id", visibleWindow(squareName), "_NET_WM_STATE", "WM_HINTS"});
+    for (const char *part : {"_SKIP_TASKBAR", "_SKIP_PAGER", "_ABOVE", "input focus: False"})
+        QVERIFY2(state.contains(QLatin1String(part)), qPrintable(state));
+
+    m_stand->sayResult(QStringLiteral("жалобы на кашель"), false);
+    QTRY_VERIFY(place(resultName).isValid());
+    QTRY_VERIFY2(isTooltipOverEditor(), "centred at its upper edge");
+    const int width = place(resultName).width();
+    QVERIFY(width > 80 * factor && width < 160 * factor);
+    const QPoint elsewhere = QGuiApplication::screens().constLast()->geometry().center();
+    xdotool({"windowmove", visibleWindow(editorName()), QString::number(elsewhere.x()), "100"});
+    QTRY_VERIFY(place(editorName()).x() > elsewhere.x() - 50);
+    m_stand->sayResult(QStringLiteral("жалобы на сухой кашель"), false);
+    QTRY_VERIFY2(isTooltipOverEditor(), "also on the other monitor");
+    m_stand->sayResult(QStringLiteral("жалобы на кашель"));
+    QTRY_VERIFY(!place(resultName).isValid());
+    QTRY_COMPARE(m_editor->text(), QStringLiteral("Жалобы на кашель"));
+    QVERIFY2(m_keptFocus && focusedName() == editorName(), "the editor keeps the focus");
+
+    m_stand->forget();
+    click(place(squareName).topLeft() + QPoint(85, 15) * factor);
+    QCOMPARE(m_stand->waitForMessage(MessageType::StartMode)["data"].toObject()["Type"].toInt(-1),
+             0);
+    QTRY_VERIFY(place(squareName).size() == QSize(1, 1) * factor);
+}
+
+void TestMonitorWindow::followsTheSound() {
+    QVERIFY(dictate());
+    const QPoint square = corner();
+    const QPoint inMicrophone = square + QPoint(50, 52);
+    QTRY_COMPARE(pixel(square + QPoint(2, 50)), QColor("#f8f8ff"));
+    QCOMPARE(pixel(square), QColor("#A0A0A0"));
+    QVERIFY(pixel(inMicrophone) != QColor("#f8f8ff"));
+    desk().speak(SineWave(440, 20000, 5).save(desk().folder() + QStringLiteral("/tone.wav")));
+    QTRY_COMPARE(pixel(inMicrophone), QColor("#f8f8ff"));
+    QTRY_VERIFY_WITH_TIMEOUT(pixel(inMicrophone) != QColor("#f8f8ff"), 15000);
+}
+
+void TestMonitorWindow::opensAPopupAndGivesTheFocusBack_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QPoint>("button");
+    QTest::addColumn<QPoint>("otherButton");
+    QTest::addColumn<QString>("otherName");
+    QTest::newRow("gain") << gainName << QPoint(15, 15) << QPoint(15, 86) << themeName;
+    QTest::newRow("dictionary") << themeName << QPoint(15, 86) << QPoint(15, 15) << gainName;
+}
+
+void TestMonitorWindow::opensAPopupAndGivesTheFocusBack() {
+    QFETCH(QString, name);
+    QFETCH(QPoint, button);
+    QFETCH(QPoint, otherButton);
+    QFETCH(QString, otherName);
+    QVERIFY(dictate());
+    const QRect square(corner(), QSize(100, 100));
+    QTRY_COMPARE(place(squareName), square);
+    const auto open = [&] {
+        click(square.topLeft() + button);
+        return QTest::qWaitFor(
+            [&] { return QRegularExpression(name).match(focusedName()).hasMatch(); });
+    };
+    QVERIFY(open());
+    const QRect popup = place(name);
+    QCOMPARE(popup.right(), square.left() - 11);
+    QCOMPARE(popup.bottom(), square.bottom());
+    QCOMPARE(popup.height(), name == gainName ? 100 : 38);
+    click(square.topLeft() + button);
+    QTRY_VERIFY(place(name).isEmpty() && focusedName() == editorName());
+
+    QVERIFY(open());
+    xdotool({"key", "Escape"});
+    QTRY_VERIFY(place(name).isEmpty() && focusedName() == editorName());
+
+    QVERIFY(open());
+    click(square.topLeft() + otherButton);
+    QTRY_VERIFY(place(name).isEmpty() && place(otherName).isValid());
+    m_editor->focus();
+    QTRY_VERIFY(place(otherName).isEmpty() && focusedName() == editorName());
+
+    QVERIFY(open());
+    XKeyboard().play(QStringLiteral("+Control_L -Control_L +Control_L -Control_L"));
+    QTRY_VERIFY(place(name).isEmpty() && place(squareName).size() == QSize(1, 1));
+    QTRY_COMPARE(focusedName(), editorName());
+}
+
+void TestMonitorWindow::setsTheGainByTheWheel() {
+    QVERIFY(dictate());
+    QTRY_COMPARE(place(squareName).topLeft(), corner());
+    click(corner() + QPoint(15, 15));
+    QTRY_VERIFY(place(gainName).isValid());
+    QCOMPARE(int(RecordingDeviceSettings().Gain), 100);
+    constexpr int wheelDown = 5;
+    click(place(gainName).center(), wheelDown);
+    const auto stored = [] {
+        Settings(QString()).sync();
+        return int(RecordingDeviceSettings().Gain);
+    };
+    QTRY_COMPARE(stored(), 99);
+}
+
+void TestMonitorWindow::makesRoomForAPanel() {
+    QVERIFY(dictate());
+    QTRY_COMPARE(place(squareName).topLeft(), corner());
+    const QPoint before = corner();
+    desk().startTray(VirtualDesk::Edge::Bottom);
+    // The other panel lies over what windows may use, so nothing moves.
+    if (needs & VirtualDesk::Xfce)
+        QTRY_VERIFY(corner().y() < before.y());
+    QTRY_COMPARE(place(squareName).topLeft(), corner());
+    desk().stopTray();
+    QTRY_COMPARE(corner(), before);
+    QTRY_COMPARE(place(squareName).topLeft(), before);
+}
+
+DESK_TEST_MAIN(TestMonitorWindow, needs)
+#include "TestMonitorWindow.moc"
