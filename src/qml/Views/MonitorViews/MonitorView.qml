@@ -60,6 +60,11 @@ Item {
             flags: Qt.Popup | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
                    | Qt.WA_TranslucentBackground | Qt.WA_TransparentForMouseEvents
 
+            onVisibleChanged: {
+                if (!visible)
+                    monitor.viewmodel.ThemeVisible = false
+            }
+
             ThemeView {
                 id: themeView
                 themeName: monitor.viewmodel.ThemeName
@@ -96,6 +101,11 @@ Item {
             modality: Qt.NonModal
             flags: Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
                    | Qt.WA_TranslucentBackground | Qt.WA_TransparentForMouseEvents
+
+            onVisibleChanged: {
+                if (!visible)
+                    monitor.viewmodel.GainVisible = false
+            }
 
             GainView {
                 id: gainView
