@@ -47,37 +47,25 @@ Item {
             item.raise()
             item.requestActivate()
         }
-        sourceComponent: Ostrel.FixedWindow {
+        sourceComponent: MonitorPopup {
             id: themeWindow
 
+            viewmodel: monitor.viewmodel
             title: "Vellumar (Qt) Theme"
             x: square.x - width - 10
             y: square.y + square.height - height
             width: themeView.width
             height: themeView.height
-            color: "transparent"
-            modality: Qt.NonModal
             flags: Qt.Popup | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
                    | Qt.WA_TranslucentBackground | Qt.WA_TransparentForMouseEvents
 
-            onVisibleChanged: {
-                if (!visible)
-                    monitor.viewmodel.ThemeVisible = false
-            }
+            onDismissed: monitor.viewmodel.ThemeVisible = false
 
             ThemeView {
                 id: themeView
                 themeName: monitor.viewmodel.ThemeName
                 onThemeChooseRequested: monitor.themeChooseRequested()
                 Component.onCompleted: themeWindow.visible = true
-            }
-
-            Connections {
-                target: themeWindow
-                function onActiveChanged() {
-                    if (monitor.viewmodel.ActiveWindow !== themeWindow)
-                        monitor.viewmodel.ThemeVisible = false
-                }
             }
         }
     }
@@ -89,37 +77,25 @@ Item {
             item.raise()
             item.requestActivate()
         }
-        sourceComponent: Ostrel.FixedWindow {
+        sourceComponent: MonitorPopup {
             id: gainWindow
 
+            viewmodel: monitor.viewmodel
             title: "Vellumar (Qt) Gain"
             x: square.x - width - 10
             y: square.y
             width: gainView.width
             height: square.height
-            color: "transparent"
-            modality: Qt.NonModal
             flags: Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
                    | Qt.WA_TranslucentBackground | Qt.WA_TransparentForMouseEvents
 
-            onVisibleChanged: {
-                if (!visible)
-                    monitor.viewmodel.GainVisible = false
-            }
+            onDismissed: monitor.viewmodel.GainVisible = false
 
             GainView {
                 id: gainView
                 viewmodel: monitor.viewmodel
                 height: gainWindow.height
                 Component.onCompleted: gainWindow.visible = true
-            }
-
-            Connections {
-                target: gainWindow
-                function onActiveChanged() {
-                    if (monitor.viewmodel.ActiveWindow !== gainWindow)
-                        monitor.viewmodel.GainVisible = false
-                }
             }
         }
     }
