@@ -46,7 +46,8 @@ void TestFixedWindow::logsItsState() {
     lines.clear();
     const QtMessageHandler previous = qInstallMessageHandler(
         [](QtMsgType, const QMessageLogContext &, const QString &line) { lines += line; });
-    const FixedWindow window;
+    FixedWindow window;
+    window.create();
     qInstallMessageHandler(previous);
     const QString head = QStringLiteral("FixedWindow 'Vellumar' #%1(%2) Properties %3:");
     const QString hex = QString::number(window.winId(), 16);
