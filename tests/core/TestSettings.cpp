@@ -67,6 +67,7 @@ void TestSettings::writesOnlyWhatIsNew() {
     const QByteArray first = content();
     QVERIFY(first.contains("[RecordingDevice]"));
     QVERIFY(first.contains("Gain=70"));
+    QVERIFY2(first.contains("Name=микрофон"), first);
     {
         RecordingDeviceSettings settings;
         settings.Gain = 70;

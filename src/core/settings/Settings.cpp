@@ -21,6 +21,6 @@ QString Settings::application() {
 
 Settings::Settings(const QString &group)
     : QSettings(DefaultFormat, Scope, organization(), application()) {
-    setIniCodec(IniCodec.constData());
+    QSettings::setIniCodec(IniCodec.constData());
     beginGroup(group);
 }
