@@ -9,6 +9,7 @@
 #include "connection/WebSocketWorker.h"
 #include "connection/rest/Method.h"
 #include "core/Enum.h"
+#include "core/GraphicsBackend.h"
 #include "core/Logger.h"
 #include "core/QuitSignals.h"
 #include "core/RunGuard.h"
@@ -100,6 +101,7 @@ int WindowsManager::runApplication(int argc, char **argv) {
         return -1;
     QApplication::setWindowIcon(QIcon(m_iconPath));
     QApplication::setQuitOnLastWindowClosed(false);
+    chooseGraphicsBackend();
     QQmlApplicationEngine engine;
 
     RunGuard guard(QStringLiteral("Vellumar_Qt"));
@@ -158,8 +160,8 @@ int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
     stopSubServices();
     QCoreApplication::sendPostedEvents();
     TextWriter::Cleanup();
-    // The views go before the view models that they show.
-    m_mainWindow = nullptr;
+    // The views go before the view models that they show. The pointer stays: it tells that this
+    // object has run, and is read for nothing else.
     qDeleteAll(engine->rootObjects());
     return result;
 }

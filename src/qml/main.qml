@@ -19,6 +19,8 @@ Ostrel.FixedWindow {
     modality: Qt.NonModal
     flags: Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.WA_TranslucentBackground
            | Qt.SplashScreen | Qt.WA_ShowWithoutActivating | Qt.WindowDoesNotAcceptFocus
+    // A window manager may ask for it all the same; the program ends from its tray.
+    onClosing: close.accepted = false
 
     Rectangle {
         anchors.fill: parent

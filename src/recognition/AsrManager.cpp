@@ -49,6 +49,14 @@ void AsrManager::startRecognitionMode(std::optional<RecognitionMode> mode, bool 
     send(MessageType::StartMode, RecognitionModeCommand(mode));
 }
 
+void AsrManager::endStopping() {
+    const QMap<RecognitionMode, AsrState> states = m_modeStates;
+    for (auto entry = states.cbegin(); entry != states.cend(); ++entry) {
+        if (entry.value() == AsrState::Stopping)
+            updateModeStateInfo(RecognitionModeInfo(entry.key(), AsrState::Stopped));
+    }
+}
+
 void AsrManager::startRecognition() {
     const QMutexLocker locker(&m_stateMutex);
     if (isConnected()) {
@@ -140,7 +148,7 @@ void AsrManager::TtsUnmute() {
 }
 
 ClientThemeInfo AsrManager::getSelectedTheme() const {
-    const QMutexLocker locker(&m_themesMutex);
+    const QMutexLocker locker(&m_selectedThemeMutex);
     return m_selectedTheme;
 }
 
@@ -162,8 +170,10 @@ void AsrManager::updateSelectedThemeInfo(const QString &themeId) {
     const auto theme =
         std::find_if(m_themes.cbegin(), m_themes.cend(),
                      [&themeId](const ClientThemeInfo &info) { return info.id() == themeId; });
-    if (theme != m_themes.cend())
+    if (theme != m_themes.cend()) {
+        const QMutexLocker selectedLocker(&m_selectedThemeMutex);
         m_selectedTheme = *theme;
+    }
     emit selectedThemeChanged();
 }
 
@@ -224,6 +234,7 @@ void AsrManager::openConnection() {
 void AsrManager::connectionStateChanged(const ConnectionStateInfo &stateInfo) {
     const QMutexLocker locker(&m_stateMutex);
     m_connected = false;
+    endStopping();
     if (stateInfo.is(ConnectionState::Ready)) {
         m_connectionNumber = stateInfo.connectionNumber();
         openConnection();

@@ -85,6 +85,8 @@ private:
     void openConnection();
     void startTargetForm(const std::optional<FormMetadata> &form,
                          const std::optional<QString> &element);
+    /// No server is left that would report the end of what was being stopped.
+    void endStopping();
     void publishTargetState(AsrState state, const QString &info = QString());
     void send(int messageType, const JsonConvertable &record);
     void sendValue(int messageType, const QJsonValue &value);
@@ -101,6 +103,9 @@ private:
     TargetModeInfo m_targetModeInfo;
     RestAccessPoint m_restAccessPoint;
     QList<ClientThemeInfo> m_themes;
+    /// Written under m_themesMutex and this one, read under either: a reader does not wait for a
+    /// request of the themes.
+    mutable QMutex m_selectedThemeMutex;
     ClientThemeInfo m_selectedTheme;
     std::atomic<bool> m_isVoiceActivationEnabled{false};
     QString m_lastError;

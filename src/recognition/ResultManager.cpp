@@ -73,7 +73,13 @@ void ResultManager::writeTextResult(const QString &text, bool isFinal) const {
 }
 
 unsigned long ResultManager::getResultWindow() const {
-    return m_outputToBackground ? m_resultWindow : TextWriter::GetFocusedWindow();
+    if (m_outputToBackground)
+        return m_resultWindow;
+    return m_keptWindow ? m_keptWindow : TextWriter::GetFocusedWindow();
+}
+
+void ResultManager::keepFocusedWindow(bool isKept) {
+    m_keptWindow = isKept ? TextWriter::GetFocusedWindow() : 0;
 }
 
 void ResultManager::flushResult() {

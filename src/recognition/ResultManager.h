@@ -29,6 +29,9 @@ public:
 
     /// The window that results go to, 0 if none has the focus.
     unsigned long getResultWindow() const;
+    /// While kept, results that would follow the focus go to the window that has it now: a popup of
+    /// the program's own is about to take the focus, and has no use for text.
+    void keepFocusedWindow(bool isKept);
 
     /// Turns recognised text into typed prose.
     QString formatTextResult(const QString &text, bool isFinal);
@@ -73,6 +76,8 @@ private:
     /// The X window of the dictation when output goes to a fixed window.
     unsigned long m_resultWindow = 0;
     bool m_outputToBackground = false;
+    /// The X window kept by keepFocusedWindow(), 0 for none.
+    unsigned long m_keptWindow = 0;
     FormatState m_format;
     std::optional<TextResult> m_lastResult;
     std::atomic<bool> m_enabled{true};

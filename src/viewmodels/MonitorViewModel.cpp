@@ -85,11 +85,20 @@ void MonitorViewModel::set_Loading(bool v) {
 }
 
 void MonitorViewModel::set_GainVisible(bool v) {
-    store(&m_gainVisible, v, &MonitorViewModel::changed_GainVisible);
+    setPopup(&m_gainVisible, v, &MonitorViewModel::changed_GainVisible);
 }
 
 void MonitorViewModel::set_ThemeVisible(bool v) {
-    store(&m_themeVisible, v, &MonitorViewModel::changed_ThemeVisible);
+    setPopup(&m_themeVisible, v, &MonitorViewModel::changed_ThemeVisible);
+}
+
+void MonitorViewModel::setPopup(bool *field, bool v, Signal<bool> changed) {
+    const bool wasOpen = m_gainVisible || m_themeVisible;
+    if (v && !wasOpen)
+        m_resultManager->keepFocusedWindow(true);
+    store(field, v, changed);
+    if (wasOpen && !m_gainVisible && !m_themeVisible)
+        m_resultManager->keepFocusedWindow(false);
 }
 
 void MonitorViewModel::set_ThemeName(const QString &v) {

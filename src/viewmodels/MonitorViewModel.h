@@ -121,6 +121,7 @@ private:
         emit(this->*changed)(value);
     }
     void placeTooltip();
+    void setPopup(bool *field, bool v, Signal<bool> changed);
     void hideAll();
 
     AsrManager *m_asrManager;

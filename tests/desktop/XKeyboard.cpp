@@ -89,3 +89,15 @@ void XKeyboard::unfocus() {
     XSetInputFocus(m_display.get(), PointerRoot, RevertToPointerRoot, CurrentTime);
     XSync(m_display.get(), False);
 }
+
+void XKeyboard::askToClose(unsigned long window) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(m_display.get(), "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] =
+        static_cast<long>(XInternAtom(m_display.get(), "WM_DELETE_WINDOW", False));
+    XSendEvent(m_display.get(), window, False, NoEventMask, &event);
+    XSync(m_display.get(), False);
+}

@@ -33,6 +33,8 @@ public:
     void ungrab();
     /// Takes the input focus from every window.
     void unfocus();
+    /// Asks a window to close, as the button of its frame does.
+    void askToClose(unsigned long window);
 
 private:
     void fakeKey(const QString &key, bool press);

@@ -205,6 +205,13 @@ void TestRecognition::asksForModes() {
     }
     QTEST(static_cast<int>(*manager.getTargetModeInfo()->mode()), "newTarget");
     QVERIFY(!manager.getTargetModeInfo()->form());
+    changes.clear();
+    ConnectionStateInfo info;
+    info.setState(static_cast<int>(ConnectionState::ThemesRequested));
+    manager.connectionStateChanged(info);
+    QCOMPARE(changes.count(), stoppingMode < 0 ? 0 : 1);
+    if (stoppingMode >= 0)
+        QCOMPARE(changes[0].at(1).value<AsrState>(), AsrState::Stopped);
 }
 
 void TestRecognition::refusesToStartWithoutAConnection() {

@@ -58,7 +58,10 @@ T.ComboBox {
 
     delegate: ComboRow {
         width: ListView.view.width
-        text: control.textAt(index)
+        // Not textAt(): this follows a change of the item.
+        text: control.textRole === "" ? modelData
+              : Array.isArray(control.model) ? modelData[control.textRole]
+                                             : model[control.textRole]
         isCurrent: control.currentIndex === index
         highlighted: control.highlightedIndex === index
     }

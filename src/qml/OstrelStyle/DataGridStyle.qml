@@ -71,6 +71,7 @@ TableViewStyle {
         elide: Text.ElideNone
         horizontalAlignment: styleData.textAlignment
         verticalAlignment: Text.AlignVCenter
+        textFormat: Text.PlainText
         text: look.textOf(styleData.value)
         onVisibleChanged: {
             if (visible && look.control.fontColorGetter)

@@ -15,7 +15,8 @@ T.Label {
         objectName: "pointer"
         anchors.fill: parent
         acceptedButtons: Qt.NoButton
-        cursorShape: control.hoveredLink !== "" ? Qt.PointingHandCursor : Qt.ArrowCursor
+        // Elsewhere the cursor is that of whatever lies under the label.
+        cursorShape: control.hoveredLink !== "" ? Qt.PointingHandCursor : undefined
     }
 
     DashedFrame {

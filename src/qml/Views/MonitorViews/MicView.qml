@@ -53,7 +53,8 @@ Item {
             width: 13
             height: 17
             name: qsTr("Словарь")
-            path: "M11.5,12.5 H3.5 A2,2 0 0 0 3.5,16 H11.5 V1 H3.5 A2,2 0 0 0 1.5,3 V14 M4.5,4.5 H8.5"
+            path: "M1.75,3 A2,2 0 0 1 3.75,1 H11.25 V12 H3.75 A1.25,1.25 0 0 0 3.75,14.5 H11.25 V16"
+                  + " H3.75 A2,2 0 0 1 1.75,14 Z M4.5,3.75 H9 V7 H4.5 Z"
             isOn: view.viewmodel.ThemeVisible
             onClicked: {
                 view.viewmodel.ThemeVisible = !view.viewmodel.ThemeVisible

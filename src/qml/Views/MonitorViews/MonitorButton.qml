@@ -29,7 +29,7 @@ MouseArea {
             strokeWidth: 1.5
             capStyle: ShapePath.RoundCap
             joinStyle: ShapePath.RoundJoin
-            fillColor: "transparent"
+            fillColor: strokeColor
             PathSvg { path: button.path }
         }
     }
