@@ -44,7 +44,7 @@ T.TextArea {
         height: (control.backgroundSizeSource || control).height
     }
 
-    Placeholder {
+    FieldHint {
         field: control
         visible: control.length === 0 && control.preeditText === ""
     }

@@ -15,7 +15,7 @@ T.TextField {
         return isErrorShown || (errorText !== "" && (activeFocus || hovered))
     }
 
-    implicitWidth: Math.max(implicitBackgroundWidth, placeholder.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(implicitBackgroundWidth, hint.implicitWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(implicitBackgroundHeight, contentHeight + topPadding + bottomPadding)
     leftPadding: 10
     rightPadding: 10
@@ -37,8 +37,8 @@ T.TextField {
         field: control
     }
 
-    Placeholder {
-        id: placeholder
+    FieldHint {
+        id: hint
         field: control
         visible: control.length === 0 && control.preeditText === ""
     }
