@@ -18,6 +18,7 @@
 #include "core/workers/SubService.h"
 #include "desktop/HotKeyManager.h"
 #include "desktop/Hotkey.h"
+#include "desktop/NativeGeometry.h"
 #include "desktop/SystemTray.h"
 #include "desktop/TextWriter.h"
 #include "recognition/AsrManager.h"
@@ -256,7 +257,7 @@ void WindowsManager::placeOnScreen() {
     const QScreen *screen = QGuiApplication::primaryScreen();
     if (!screen)
         return;
-    const QRect area = screen->availableGeometry();
+    const QRect area = availableGeometry(screen);
     if (m_screenX != area.x())
         emit changed_ScreenX(m_screenX = area.x());
     if (m_screenY != area.y())
@@ -396,6 +397,9 @@ void WindowsManager::onConnectionStateChanged(const ConnectionStateInfo &stateIn
 void WindowsManager::onAsrModeStateChanged(RecognitionMode mode, AsrState state) {
     if (mode < RecognitionMode::Text)
         return;
+    // Of several screens Qt does not tell when a panel comes or goes.
+    if (state == AsrState::Starting)
+        placeOnScreen();
     const RecognitionMode last = m_webSocketWorker->asrManager()->getLastStartedMode();
     if (state == AsrState::Started && mode != last && m_recordingDevice->SelectedIndex() == -1)
         reportMissingMicrophone();

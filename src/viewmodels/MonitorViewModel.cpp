@@ -3,13 +3,13 @@
 #include "audio/RecordingDeviceManager.h"
 #include "connection/ConnectionManager.h"
 #include "core/AppVariables.h"
+#include "desktop/NativeGeometry.h"
 #include "desktop/TextWriter.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
 
 #include <QDebug>
 #include <QGuiApplication>
-#include <QScreen>
 #include <QTextBoundaryFinder>
 #include <QThread>
 
@@ -20,30 +20,6 @@ constexpr int tailLength = 500;
 
 QString buildProperty(const char *name) {
     return AppVariables::sm_stdVars.get(QStringLiteral("build"), QString::fromLatin1(name));
-}
-
-QRect nativeGeometry(const QScreen *screen) {
-    // Qt scales a screen's size about its corner, which stays where X has it.
-    return {screen->geometry().topLeft(), screen->geometry().size() * screen->devicePixelRatio()};
-}
-
-const QScreen *screenAt(const QPoint &nativePoint) {
-    const auto screens = QGuiApplication::screens();
-    for (const QScreen *screen : screens) {
-        if (nativeGeometry(screen).contains(nativePoint))
-            return screen;
-    }
-    return QGuiApplication::primaryScreen();
-}
-
-/// From pixels of the X server to the coordinates that Qt places windows in.
-QRect fromNative(const QRect &rect) {
-    const QScreen *screen = screenAt(rect.center());
-    if (!screen)
-        return rect;
-    const QPoint origin = screen->geometry().topLeft();
-    const qreal factor = screen->devicePixelRatio();
-    return {origin + (rect.topLeft() - origin) / factor, rect.size() / factor};
 }
 
 } // namespace

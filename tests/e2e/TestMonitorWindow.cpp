@@ -104,6 +104,7 @@ private:
     bool dictate();
     static QString editorName() { return desk().folder() + QStringLiteral("/monitor.txt"); }
     static bool isTooltipOverEditor();
+    static void keepsOffAPanelOfSeveralMonitors();
 
     std::unique_ptr<Stand> m_stand;
     std::unique_ptr<Editor> m_editor;
@@ -280,14 +281,34 @@ void TestMonitorWindow::makesRoomForAPanel() {
     QVERIFY(dictate());
     QTRY_COMPARE(place(squareName).topLeft(), corner());
     const QPoint before = corner();
+    if (!(needs & VirtualDesk::Xfce)) {
+        keepsOffAPanelOfSeveralMonitors();
+        return;
+    }
     desk().startTray(VirtualDesk::Edge::Bottom);
-    // The other panel lies over what windows may use, so nothing moves.
-    if (needs & VirtualDesk::Xfce)
-        QTRY_VERIFY(corner().y() < before.y());
+    QTRY_VERIFY(corner().y() < before.y());
     QTRY_COMPARE(place(squareName).topLeft(), corner());
     desk().stopTray();
     QTRY_COMPARE(corner(), before);
     QTRY_COMPARE(place(squareName).topLeft(), before);
+}
+
+void TestMonitorWindow::keepsOffAPanelOfSeveralMonitors() {
+    const QPoint before = corner();
+    QProcess *panel = desk().start(QStringLiteral("trayer"),
+                                   {"--edge", "bottom", "--monitor", "0", "--height", "40",
+                                    "--SetDockType", "true", "--SetPartialStrut", "true"});
+    const auto workArea = [] {
+        return desk().run(QStringLiteral("xprop"), {"-root", "_NET_WORKAREA"});
+    };
+    const QString whole = workArea();
+    QTRY_VERIFY(workArea() != whole);
+    const QString startAndStop = QStringLiteral("+Control_L -Control_L +Control_L -Control_L");
+    XKeyboard().play(startAndStop);
+    QTRY_VERIFY(isShrunk());
+    XKeyboard().play(startAndStop);
+    QTRY_COMPARE(place(squareName), QRect(before - QPoint(0, 40), QSize(100, 100)));
+    desk().end(panel);
 }
 
 DESK_TEST_MAIN(TestMonitorWindow, needs)
