@@ -7,7 +7,8 @@ Program::Program(const QString &executable) {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // With whole stacks a leak of Qt's can be told from one of ours.
-    environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("fast_unwind_on_malloc=0"));
+    environment.insert(QStringLiteral("ASAN_OPTIONS"),
+                       QStringLiteral("fast_unwind_on_malloc=0:malloc_context_size=10"));
     environment.insert(QStringLiteral("LSAN_OPTIONS"),
                        QStringLiteral("suppressions=" LEAKS_OF_QT ":print_suppressions=0"));
     m_process.setProcessEnvironment(environment);
