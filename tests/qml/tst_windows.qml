@@ -17,47 +17,21 @@ TestCase {
 
     Component {
         id: applicationWindow
-
         ApplicationWindow {
             readonly property T.Popup popup: T.Popup {
                 parent: T.Overlay.overlay
                 width: 100
                 height: 100
                 dim: true
-                exit: Transition {
-                    NumberAnimation { property: "opacity"; to: 0; duration: 150 }
-                }
+                exit: Transition { NumberAnimation { property: "opacity"; to: 0; duration: 150 } }
             }
 
             visible: true
         }
     }
-    Component {
-        id: subWindow
-
-        Ostrel.SubWindow { }
-    }
-    Component {
-        id: fixedWindow
-
-        Ostrel.FixedWindow {
-            width: 300
-            height: 100
-        }
-    }
-
-    Keyboard {
-        id: keyboard
-    }
-
-    function dimOf(popup) {
-        const items = popup.parent.children
-        for (let i = 0; i < items.length; ++i) {
-            if (items[i].strength !== undefined)
-                return items[i]
-        }
-        return null
-    }
+    Component { id: subWindow; Ostrel.SubWindow { } }
+    Component { id: fixedWindow; Ostrel.FixedWindow { width: 300; height: 100 } }
+    Keyboard { id: keyboard }
 
     function test_overlayFades_data() {
         return [
@@ -73,21 +47,21 @@ TestCase {
         window.popup.modal = data.modal
         const started = Date.now()
         window.popup.open()
-        const dim = dimOf(window.popup)
-        fuzzyCompare(dim.color.a, data.alpha, 0.01)
+        const siblings = Array.from(window.popup.parent.children)
+        const dim = siblings.find(item => item.strength !== undefined)
         const shadow = window.palette.shadow
-        verify(Qt.colorEqual(dim.color, Qt.rgba(shadow.r, shadow.g, shadow.b, dim.color.a)))
+        compare(dim.color, Qt.rgba(shadow.r, shadow.g, shadow.b, dim.color.a))
+        fuzzyCompare(dim.color.a, data.alpha, 0.01)
         verify(dim.opacity < 1, "it does not darken at once")
-        const steps = []
-        dim.opacityChanged.connect(function() { steps.push(dim.opacity) })
+        let steps = []
+        dim.opacityChanged.connect(() => steps.push(dim.opacity))
         tryCompare(dim, "opacity", 1)
         verify(Date.now() - started >= 140, "it darkens in 150 ms")
-        verify(steps.some(function(opacity) { return opacity > 0.1 && opacity < 0.9 }))
-        steps.length = 0
+        verify(steps.some(opacity => opacity > 0.1 && opacity < 0.9))
+        steps = []
         window.popup.close()
         tryCompare(window.popup, "visible", false)
-        verify(steps.some(function(opacity) { return opacity > 0.1 && opacity < 0.9 }),
-               "it brightens by and by, too")
+        verify(steps.some(opacity => opacity > 0.1 && opacity < 0.9), "it brightens by and by, too")
     }
 
     function test_escapeCloses_data() {
@@ -100,12 +74,12 @@ TestCase {
         const window = createTemporaryObject(data.component, test)
         compare(window.visible, data.shown)
         window.centerPosition()
-        compare(window.x, Math.trunc((Screen.width - window.width) / 2))
-        compare(window.y, Math.trunc((Screen.height - window.height) / 2))
+        compare([window.x, window.y], [Math.trunc((Screen.width - window.width) / 2),
+                                       Math.trunc((Screen.height - window.height) / 2)])
         window.show()
         window.requestActivate()
         // "active" would also be true while only the window of the test has the focus.
-        tryVerify(function() { return window.activeFocusItem !== null })
+        tryVerify(() => window.activeFocusItem !== null)
         keyboard.press("Escape")
         tryCompare(window, "visible", false)
     }
@@ -116,6 +90,6 @@ TestCase {
         compare([window.minimumWidth, window.minimumHeight], [400, 200])
         compare(window.flags & Qt.Dialog, Qt.Dialog)
         compare(window.modality, Qt.WindowModal)
-        verify(Qt.colorEqual(window.background.border.color, "#C0C0C0"))
+        compare(window.background.border.color, "#c0c0c0")
     }
 }
