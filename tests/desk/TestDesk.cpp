@@ -2,10 +2,6 @@
 #include "DeskTest.h"
 
 #include <QFile>
-#include <QImage>
-#include <QLineEdit>
-#include <QSet>
-#include <QSignalSpy>
 #include <QSystemTrayIcon>
 
 #include <csignal>
@@ -17,10 +13,7 @@ class TestDesk : public QObject {
 
 private slots:
     void windowManagerAndTrayAnswer();
-    void pressedKeysReachTheFocusedWindow();
     void spokenSoundIsRecorded();
-    void soundServerComesAgain();
-    void pictureHoldsTheWindow();
     void processesEndWithTheDesk();
     void ownFoldersOnly();
 };
@@ -63,17 +56,6 @@ void TestDesk::windowManagerAndTrayAnswer() {
     QVERIFY2(layouts.contains(QStringLiteral("us,ru")), qPrintable(layouts));
 }
 
-void TestDesk::pressedKeysReachTheFocusedWindow() {
-    QLineEdit field;
-    field.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&field));
-    field.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&field));
-    desk().run(QStringLiteral("xdotool"), {QStringLiteral("key"), QStringLiteral("a"),
-                                           QStringLiteral("Shift+b"), QStringLiteral("3")});
-    QTRY_COMPARE(field.text(), QStringLiteral("aB3"));
-}
-
 void TestDesk::spokenSoundIsRecorded() {
     QProcess *recorder = desk().start(
         QStringLiteral("parec"), {QStringLiteral("--device=mic"), QStringLiteral("--rate=16000"),
@@ -90,43 +72,6 @@ void TestDesk::spokenSoundIsRecorded() {
     QCOMPARE(speaker->exitCode(), 0);
     desk().end(speaker);
     desk().end(recorder);
-}
-
-void TestDesk::soundServerComesAgain() {
-    const QString index = desk().loadModule(
-        {QStringLiteral("module-null-sink"), QStringLiteral("sink_name=plugged")});
-    const auto sinks = [] {
-        return desk().run(QStringLiteral("pactl"), QStringLiteral("list short sinks").split(' '));
-    };
-    QVERIFY(sinks().contains(QStringLiteral("plugged")));
-    desk().unloadModule(index);
-    QVERIFY(!sinks().contains(QStringLiteral("plugged")));
-
-    desk().stopSound();
-    QVERIFY_EXCEPTION_THROWN(sinks(), std::runtime_error);
-    desk().startSound();
-    QVERIFY(sinks().contains(QStringLiteral("speaker")));
-}
-
-void TestDesk::pictureHoldsTheWindow() {
-    QWidget window;
-    window.setStyleSheet(QStringLiteral("background: #12ab34"));
-    window.resize(200, 100);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const QString file = desk().folder() + QStringLiteral("/shot.png");
-    const auto showsWindow = [&file] {
-        desk().screenshot(file);
-        const QImage picture(file);
-        for (int y = 0; y < picture.height(); y += 10) {
-            for (int x = 0; x < picture.width(); x += 10) {
-                if (picture.pixelColor(x, y) == QColor(0x12, 0xab, 0x34))
-                    return picture.size() == QSize(1280, 800);
-            }
-        }
-        return false;
-    };
-    QTRY_VERIFY(showsWindow());
 }
 
 void TestDesk::processesEndWithTheDesk() {

@@ -6,59 +6,52 @@ class TestFixedWindow : public QObject {
     Q_OBJECT
 
 private slots:
-    void staysOffTaskBarAndPager();
-    void logsItsState();
+    void staysOffTaskBarAndPager() {
+        FixedWindow window;
+        window.resize(60, 40);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        for (const char *state : {"SKIP_TASKBAR", "SKIP_PAGER"})
+            QTRY_COMPARE(has(window, state), isManaged);
+        // Openbox keeps windows on all desktops by other means than this state.
+        QTRY_COMPARE(has(window, "STICKY"), deskHere == VirtualDesk::Xfce);
+        // What was written did not spoil the window: it can still be hidden and shown.
+        window.hide();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+    }
+
+    void logsItsState() {
+        static QStringList lines;
+        const QtMessageHandler previous = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext &, const QString &line) { lines += line; });
+        FixedWindow window;
+        window.create();
+        qInstallMessageHandler(previous);
+        const QString head = QString("FixedWindow 'Vellumar' #%1(%2) Properties %3:")
+                                 .arg(QString::number(window.winId(), 16))
+                                 .arg(window.winId());
+        QCOMPARE(lines.value(0), head.arg("BEFORE"));
+        const int after = lines.indexOf(head.arg("AFTER"));
+        QVERIFY2(after > 0, qPrintable(lines.join('\n')));
+        QCOMPARE(lines.value(after + 1), "_NET_WM_STATE:");
+        QCOMPARE(lines.constLast(), "_NET_WM_ALLOWED_ACTIONS:");
+        QCOMPARE(lines.contains("  _NET_WM_STATE_SKIP_PAGER"), isManaged);
+    }
+
+public:
+    static constexpr VirtualDesk::Need deskHere = VirtualDesk::FIXED_WINDOW_DESK;
+
+private:
+    static constexpr bool isManaged = deskHere != VirtualDesk::Bare;
+
+    /// Whether the X server holds this as a state of the window.
+    static bool has(const QWindow &window, const QString &state) {
+        return desk()
+            .run("xprop", {"-id", QString::number(window.winId()), "_NET_WM_STATE"})
+            .contains("_NET_WM_STATE_" + state);
+    }
 };
 
-namespace {
-
-constexpr VirtualDesk::Need deskHere = VirtualDesk::FIXED_WINDOW_DESK;
-constexpr bool isManaged = deskHere != VirtualDesk::Bare;
-// Openbox keeps windows on all desktops by other means than this state.
-constexpr bool knowsSticky = deskHere == VirtualDesk::Xfce;
-
-/// What the X server holds as the state of the window.
-QString stateOf(const QWindow &window) {
-    return desk().run(
-        QStringLiteral("xprop"),
-        {QStringLiteral("-id"), QString::number(window.winId()), QStringLiteral("_NET_WM_STATE")});
-}
-
-} // namespace
-
-void TestFixedWindow::staysOffTaskBarAndPager() {
-    FixedWindow window;
-    window.setTitle(QStringLiteral("fixed"));
-    window.resize(60, 40);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    for (const char *state : {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"})
-        QTRY_COMPARE(stateOf(window).contains(QLatin1String(state)), isManaged);
-    QTRY_COMPARE(stateOf(window).contains(QStringLiteral("_NET_WM_STATE_STICKY")), knowsSticky);
-    // What was written did not spoil the window: it can still be hidden and shown.
-    window.hide();
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-}
-
-void TestFixedWindow::logsItsState() {
-    static QStringList lines;
-    lines.clear();
-    const QtMessageHandler previous = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext &, const QString &line) { lines += line; });
-    FixedWindow window;
-    window.create();
-    qInstallMessageHandler(previous);
-    const QString head = QStringLiteral("FixedWindow 'Vellumar' #%1(%2) Properties %3:");
-    const QString hex = QString::number(window.winId(), 16);
-    const QString decimal = QString::number(window.winId());
-    QCOMPARE(lines.value(0), head.arg(hex, decimal, QStringLiteral("BEFORE")));
-    const int after = lines.indexOf(head.arg(hex, decimal, QStringLiteral("AFTER")));
-    QVERIFY2(after > 0, qPrintable(lines.join('\n')));
-    QCOMPARE(lines.value(after + 1), QStringLiteral("_NET_WM_STATE:"));
-    QCOMPARE(lines.constLast(), QStringLiteral("_NET_WM_ALLOWED_ACTIONS:"));
-    QCOMPARE(lines.contains(QStringLiteral("  _NET_WM_STATE_SKIP_PAGER")), isManaged);
-}
-
-DESK_TEST_MAIN(TestFixedWindow, deskHere)
+DESK_TEST_MAIN(TestFixedWindow, TestFixedWindow::deskHere)
 #include "TestFixedWindow.moc"

@@ -19,10 +19,6 @@ QWidget *shownWindow(const char *className) {
     return nullptr;
 }
 
-int ignoreError(Display *, XErrorEvent *) {
-    return 0;
-}
-
 } // namespace
 
 bool TrayEyes::iconIsShown() {
@@ -32,7 +28,7 @@ bool TrayEyes::iconIsShown() {
     if (!icon || !display)
         return false;
     // The tray may take the window away between the two questions.
-    const XErrorHandler previous = XSetErrorHandler(ignoreError);
+    const XErrorHandler previous = XSetErrorHandler([](auto...) { return 0; });
     Window root = 0;
     Window parent = 0;
     Window *children = nullptr;
@@ -52,13 +48,11 @@ QWidget *TrayEyes::balloon() {
 }
 
 QString TrayEyes::balloonText() {
-    const QWidget *shown = balloon();
-    if (!shown)
-        return QString();
     QStringList texts;
-    for (const QLabel *label : shown->findChildren<QLabel *>()) {
-        if (!label->text().isEmpty())
+    if (const QWidget *shown = balloon()) {
+        for (const QLabel *label : shown->findChildren<QLabel *>())
             texts += label->text();
     }
-    return texts.join(QLatin1Char('\n'));
+    texts.removeAll(QString());
+    return texts.join('\n');
 }
