@@ -295,13 +295,13 @@ void TestMonitorWindow::makesRoomForAPanel() {
 
 void TestMonitorWindow::keepsOffAPanelOfSeveralMonitors() {
     const QPoint before = corner();
-    QProcess *panel = desk().start(QStringLiteral("trayer"),
-                                   {"--edge", "bottom", "--monitor", "0", "--height", "40",
-                                    "--SetDockType", "true", "--SetPartialStrut", "true"});
     const auto workArea = [] {
         return desk().run(QStringLiteral("xprop"), {"-root", "_NET_WORKAREA"});
     };
     const QString whole = workArea();
+    QProcess *panel = desk().start(QStringLiteral("trayer"),
+                                   {"--edge", "bottom", "--monitor", "0", "--height", "40",
+                                    "--SetDockType", "true", "--SetPartialStrut", "true"});
     QTRY_VERIFY(workArea() != whole);
     const QString startAndStop = QStringLiteral("+Control_L -Control_L +Control_L -Control_L");
     XKeyboard().play(startAndStop);
