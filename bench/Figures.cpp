@@ -1,7 +1,8 @@
 #include "Figures.h"
 
+#include "DeskTest.h"
+
 #include <QFile>
-#include <QTest>
 
 #include <algorithm>
 #include <chrono>
@@ -50,4 +51,24 @@ long residentKiB(qint64 pid) {
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     return file.readAll().split(' ')[1].toLong() * sysconf(_SC_PAGESIZE) / 1024;
+}
+
+int benchOnDesk(int argc, char **argv, VirtualDesk::Needs needs,
+                const std::function<void()> &bench) {
+    currentDesk() = std::make_unique<VirtualDesk>(needs);
+    int result = 0;
+    {
+        const QApplication application(argc, argv);
+        QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
+        QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));
+        Settings::setFileName(QStringLiteral("settings"));
+        try {
+            bench();
+        } catch (const std::exception &failure) {
+            std::fprintf(stderr, "%s\n", failure.what());
+            result = 1;
+        }
+    }
+    currentDesk().reset();
+    return result;
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "VirtualDesk.h"
+
 #include <QtGlobal>
 
+#include <functional>
 #include <vector>
 
 /// Milliseconds, one for each round.
@@ -18,3 +21,8 @@ void print(const char *what, Samples samples);
 double cpuPercent(qint64 pid);
 
 long residentKiB(qint64 pid);
+
+/// Raises a desk and runs the bench on it; what it throws is printed.
+/// @return the exit code of the program
+int benchOnDesk(int argc, char **argv, VirtualDesk::Needs needs,
+                const std::function<void()> &bench);

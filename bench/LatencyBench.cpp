@@ -172,21 +172,8 @@ void runSound() {
 } // namespace
 
 int main(int argc, char **argv) {
-    currentDesk() = std::make_unique<VirtualDesk>(VirtualDesk::Screen | VirtualDesk::Sound);
-    int result = 0;
-    {
-        const QApplication application(argc, argv);
-        QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
-        QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));
-        Settings::setFileName(QStringLiteral("settings"));
-        try {
-            run();
-            runSound();
-        } catch (const std::exception &failure) {
-            std::fprintf(stderr, "%s\n", failure.what());
-            result = 1;
-        }
-    }
-    currentDesk().reset();
-    return result;
+    return benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Sound, [] {
+        run();
+        runSound();
+    });
 }

@@ -218,24 +218,11 @@ void run() {
 } // namespace
 
 int main(int argc, char **argv) {
-    currentDesk() =
-        std::make_unique<VirtualDesk>(VirtualDesk::Screen | VirtualDesk::Sound | VirtualDesk::Tray);
-    int result = 0;
-    {
-        const QApplication application(argc, argv);
-        QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
-        QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));
-        Settings::setFileName(QStringLiteral("settings"));
-        try {
-            // The program chooses how to draw, as it does for its users.
-            qunsetenv("QT_XCB_GL_INTEGRATION");
-            qunsetenv("QT_QUICK_BACKEND");
-            run();
-        } catch (const std::exception &failure) {
-            std::fprintf(stderr, "%s\n", failure.what());
-            result = 1;
-        }
-    }
-    currentDesk().reset();
-    return result;
+    return benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Sound | VirtualDesk::Tray,
+                       [] {
+                           // The program chooses how to draw, as it does for its users.
+                           qunsetenv("QT_XCB_GL_INTEGRATION");
+                           qunsetenv("QT_QUICK_BACKEND");
+                           run();
+                       });
 }

@@ -10,7 +10,6 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <limits>
-#include <vector>
 
 namespace {
 
@@ -100,8 +99,10 @@ void FixedWindow::appendState() {
         return;
     // The window manager reads the state when the window is shown; Qt keeps what it finds there.
     const XDisplayPointer connection = openDisplay();
-    if (!connection)
+    if (!connection) {
+        qWarning() << "No display: the window may show in the task bar";
         return;
+    }
     Display *display = connection.get();
     // A display without a window manager may know none of these atoms.
     const XErrorScope errors(display);

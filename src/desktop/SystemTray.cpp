@@ -55,6 +55,8 @@ void SystemTray::ApplyMenuStyle(QMenu *menu) const {
     QFile file(m_menuStyleSheet);
     if (file.open(QIODevice::ReadOnly | QIODevice::Text))
         menu->setStyleSheet(QString::fromUtf8(file.readAll()));
+    else
+        qWarning() << "The menu's style sheet cannot be read:" << file.errorString();
     menu->setWindowFlags(menu->windowFlags() | Qt::NoDropShadowWindowHint);
 }
 
