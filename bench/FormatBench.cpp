@@ -1,3 +1,4 @@
+#include "commands/AutoReplaceManager.h"
 #include "commands/ExecutableCommandsManager.h"
 #include "connection/DataMessageProcessor.h"
 #include "connection/WebSocketClient.h"
@@ -21,7 +22,8 @@ void formatsResult(benchmark::State &state) {
     WebSocketClient client(nullptr);
     AsrManager asrManager(&client);
     ExecutableCommandsManager commands({}, &client);
-    ResultManager results(&client, &asrManager, &commands);
+    AutoReplaceManager autoReplace;
+    ResultManager results(&client, &asrManager, &autoReplace, &commands);
     const QString text = textOf(static_cast<int>(state.range(0)));
     for (auto _ : state)
         benchmark::DoNotOptimize(results.formatText(text, true));

@@ -10,17 +10,18 @@ class ExecutableCommandsSource : public QObject {
     Q_OBJECT
 
 public:
-    virtual QList<CommandInfo> executableCommands() const { return m_commands; }
+    virtual QList<CommandInfo> executableCommands() const { return m_executableCommands; }
     /// @return the text that the command produced, or an empty text
     virtual QString executeCommand(const CommandInfo &command) const = 0;
     /// The commands have reached the server.
     virtual void onCommandsRefreshed() const = 0;
 
-    void clearCommands() { m_commands.clear(); }
+    void clearCommands() { m_executableCommands.clear(); }
 
 signals:
     void commandsChanged();
 
 protected:
-    QList<CommandInfo> m_commands;
+    /// What is offered now.
+    QList<CommandInfo> m_executableCommands;
 };

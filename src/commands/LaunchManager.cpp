@@ -21,14 +21,14 @@ void LaunchManager::updateSettings() {
     const LaunchSettings settings;
     const QString desktopId = ClientInfoSettings().getOrCreateDesktopId();
     if (settings.VoiceActivationEnabled) {
-        m_commands.append(CommandInfo(QStringLiteral("vac_") + desktopId,
-                                      settings.VoiceActivationCommand,
-                                      CommandType::VoiceActivation));
+        m_executableCommands.append(CommandInfo(QStringLiteral("vac_") + desktopId,
+                                                settings.VoiceActivationCommand,
+                                                CommandType::VoiceActivation));
     }
     if (settings.VoiceDeactivationEnabled) {
-        m_commands.append(CommandInfo(QStringLiteral("vdc_") + desktopId,
-                                      settings.VoiceDeactivationCommand,
-                                      CommandType::VoiceDeactivation));
+        m_executableCommands.append(CommandInfo(QStringLiteral("vdc_") + desktopId,
+                                                settings.VoiceDeactivationCommand,
+                                                CommandType::VoiceDeactivation));
     }
     m_asrManager->setIsVoiceActivationEnabled(settings.VoiceActivationEnabled);
     emit commandsChanged();
@@ -49,7 +49,7 @@ void LaunchManager::onCommandsRefreshed() const {
 
 QString LaunchManager::executeCommand(const CommandInfo &command) const {
     const auto isThis = [&command](const CommandInfo &own) { return own.id() == command.id(); };
-    if (std::none_of(m_commands.cbegin(), m_commands.cend(), isThis))
+    if (std::none_of(m_executableCommands.cbegin(), m_executableCommands.cend(), isThis))
         return QString();
     switch (command.type()) {
     case CommandType::VoiceActivation:

@@ -2,6 +2,7 @@
 
 #include "commands/ExecutableCommandsManager.h"
 #include "commands/LaunchManager.h"
+#include "commands/UserCommandsManager.h"
 #include "connection/WebSocketClient.h"
 #include "recognition/AsrManager.h"
 #include "recognition/LocalAvocadoManager.h"
@@ -10,14 +11,15 @@
 #include <QThread>
 #include <QWebSocket>
 
-WebSocketWorker::WebSocketWorker()
+WebSocketWorker::WebSocketWorker(AutoReplaceManager *autoReplaceManager,
+                                 UserCommandsManager *userCommandsManager)
     : m_client(new WebSocketClient(this)),
       m_asrManager(std::make_unique<AsrManager>(m_client)),
       m_launchManager(std::make_unique<LaunchManager>(m_asrManager.get())),
       m_executableCommandsManager(std::make_unique<ExecutableCommandsManager>(
-          QList<ExecutableCommandsSource *>{m_launchManager.get()}, m_client)),
-      m_resultManager(std::make_unique<ResultManager>(m_client, m_asrManager.get(),
-                                                      m_executableCommandsManager.get())),
+          QList<ExecutableCommandsSource *>{userCommandsManager, m_launchManager.get()}, m_client)),
+      m_resultManager(std::make_unique<ResultManager>(
+          m_client, m_asrManager.get(), autoReplaceManager, m_executableCommandsManager.get())),
       m_localAvocadoManager(std::make_unique<LocalAvocadoManager>(m_client)) {
     // Direct: the managers live on the main thread, where the signal is emitted, and their messages
     // have their place between the others of a new connection.

@@ -5,10 +5,12 @@
 #include <memory>
 
 class AsrManager;
+class AutoReplaceManager;
 class ExecutableCommandsManager;
 class LaunchManager;
 class LocalAvocadoManager;
 class ResultManager;
+class UserCommandsManager;
 class WebSocketClient;
 
 /// Gives the WebSocket client its thread, and owns the managers that speak through it. The managers
@@ -17,7 +19,9 @@ class WebSocketWorker : public BaseWorker {
     Q_OBJECT
 
 public:
-    WebSocketWorker();
+    /// Neither is owned; both outlive this object.
+    WebSocketWorker(AutoReplaceManager *autoReplaceManager,
+                    UserCommandsManager *userCommandsManager);
     ~WebSocketWorker() override;
 
     WebSocketClient *wsClient() const { return m_client; }

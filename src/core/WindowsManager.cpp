@@ -2,6 +2,8 @@
 
 #include "audio/PulseAudioManager.h"
 #include "audio/RecordingDeviceManager.h"
+#include "commands/AutoReplaceManager.h"
+#include "commands/UserCommandsManager.h"
 #include "connection/ConnectionHeartbeat.h"
 #include "connection/ConnectionManager.h"
 #include "connection/DataMessageProcessor.h"
@@ -114,18 +116,23 @@ int WindowsManager::runApplication(int argc, char **argv) {
     m_runGuard = &guard;
     disablePunctuationWhereUnavailable();
 
+    UserCommandsManager userCommands;
+    AutoReplaceManager autoReplace;
     PulseAudioManager pulseAudio(nullptr);
     m_recordingDevice = pulseAudio.RecordingDevice();
     m_hotKeyManager = HotKeyManager::getHotkeyManager();
     const auto unwind = qScopeGuard([&] { takeDown(&pulseAudio); });
+    connect(&userCommands, &UserCommandsManager::CommandExecutionError, this,
+            &WindowsManager::OnCommandError);
     connectHotKeys();
     createTray(&engine);
-    createWebSocketWorker();
+    createWebSocketWorker(&autoReplace, &userCommands);
     connect(m_recordingDevice, &RecordingDeviceManager::SelectedIndexChanged, this,
             &WindowsManager::onSelectedMicrophoneChanged);
     pulseAudio.Start();
     createConnectionManager(&engine, m_recordingDevice);
     createHeartbeat();
+    loadCommands(&autoReplace, &userCommands);
     MonitorViewModel monitor(m_webSocketWorker->asrManager(), m_webSocketWorker->resultManager(),
                              m_recordingDevice, m_connectionManager);
     engine.rootContext()->setContextProperty(QStringLiteral("asrManager"),
@@ -186,8 +193,28 @@ void WindowsManager::createTray(QQmlApplicationEngine *engine) {
     engine->rootContext()->setContextProperty(QStringLiteral("systemTray"), m_tray.get());
 }
 
-void WindowsManager::createWebSocketWorker() {
-    m_webSocketWorker = new WebSocketWorker;
+void WindowsManager::loadCommands(AutoReplaceManager *autoReplace,
+                                  UserCommandsManager *userCommands) {
+    AsrManager *asrManager = m_webSocketWorker->asrManager();
+    userCommands->set_AsrManager(asrManager);
+    connect(asrManager, &AsrManager::selectedThemeChanged, userCommands,
+            &UserCommandsManager::updateCommands);
+    try {
+        userCommands->LoadAll();
+    } catch (const std::exception &error) {
+        QMessageBox::critical(nullptr, tr("Ошибка"),
+                              tr("Не удалось загрузить команды и автозамены. Исправьте файл и "
+                                 "запустите приложение снова.") +
+                                  QStringLiteral("\n\n") + QString::fromUtf8(error.what()),
+                              QMessageBox::Ok);
+        throw;
+    }
+    autoReplace->set_Managers(asrManager, userCommands);
+}
+
+void WindowsManager::createWebSocketWorker(AutoReplaceManager *autoReplace,
+                                           UserCommandsManager *userCommands) {
+    m_webSocketWorker = new WebSocketWorker(autoReplace, userCommands);
     m_subServices.push_back(std::make_unique<SubService>(m_webSocketWorker, true));
     connect(m_webSocketWorker->wsClient()->messageProcessor(), &DataMessageProcessor::userNotified,
             this, &WindowsManager::processUserNotification);

@@ -13,6 +13,7 @@
 #include <memory>
 #include <vector>
 
+class AutoReplaceManager;
 class ConnectionHeartbeat;
 class ConnectionManager;
 class HotKeyManager;
@@ -23,6 +24,7 @@ class RecordingDeviceManager;
 class RunGuard;
 class SubService;
 class SystemTray;
+class UserCommandsManager;
 class WebSocketWorker;
 
 /// The application controller: builds every manager in a fixed order, wires them together, loads
@@ -88,7 +90,9 @@ private:
     int runInterface(QQmlApplicationEngine *engine);
     /// The end of runApplication, also when an exception ends it.
     void takeDown(PulseAudioManager *pulseAudio);
-    void createWebSocketWorker();
+    void createWebSocketWorker(AutoReplaceManager *autoReplace, UserCommandsManager *userCommands);
+    /// Reads the command files; what is wrong with one the user is told before the start ends.
+    void loadCommands(AutoReplaceManager *autoReplace, UserCommandsManager *userCommands);
     void createConnectionManager(QQmlApplicationEngine *engine,
                                  RecordingDeviceManager *recordingDevice);
     void createHeartbeat();

@@ -1,5 +1,6 @@
 #include "recognition/ResultManager.h"
 
+#include "commands/AutoReplaceManager.h"
 #include "commands/ExecutableCommandsManager.h"
 #include "connection/DataMessageProcessor.h"
 #include "connection/WebSocketClient.h"
@@ -13,8 +14,11 @@
 #include <QDebug>
 
 ResultManager::ResultManager(WebSocketClient *client, AsrManager *asrManager,
+                             AutoReplaceManager *autoReplaceManager,
                              ExecutableCommandsManager *commandsManager)
-    : m_asrManager(asrManager), m_commandsManager(commandsManager) {
+    : m_asrManager(asrManager),
+      m_autoReplaceManager(autoReplaceManager),
+      m_commandsManager(commandsManager) {
     connect(client->messageProcessor(), &DataMessageProcessor::modeChanged, this,
             &ResultManager::modeChanged);
     connect(client->messageProcessor(), &DataMessageProcessor::resultReceived, this,
@@ -124,7 +128,7 @@ void ResultManager::reset() {
 
 QString ResultManager::formatTextResult(const QString &text, bool isFinal) {
     qDebug().noquote().nospace() << "source text: " << text << (isFinal ? " [final]" : "");
-    return formatText(text, isFinal);
+    return formatText(m_autoReplaceManager->ProcessText(text), isFinal);
 }
 
 QString ResultManager::formatWord(const QString &text, const ResultPart &part,

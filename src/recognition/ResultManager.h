@@ -9,6 +9,7 @@
 #include <optional>
 
 class AsrManager;
+class AutoReplaceManager;
 class ExecutableCommandsManager;
 class WebSocketClient;
 struct ResultPart;
@@ -22,6 +23,7 @@ class ResultManager : public QObject {
 
 public:
     ResultManager(WebSocketClient *client, AsrManager *asrManager,
+                  AutoReplaceManager *autoReplaceManager,
                   ExecutableCommandsManager *commandsManager);
 
     /// Types the last partial result as final: the server will not finish it any more.
@@ -33,7 +35,7 @@ public:
     /// the program's own is about to take the focus, and has no use for text.
     void keepFocusedWindow(bool isKept);
 
-    /// Turns recognised text into typed prose.
+    /// Applies the replacements and turns recognised text into typed prose.
     QString formatTextResult(const QString &text, bool isFinal);
     /// Sets spaces, capitals and marks, relative to what was typed before. Only a final text moves
     /// that state on.
@@ -72,6 +74,7 @@ private:
 
     RecognitionMode m_currentMode = RecognitionMode::Off;
     AsrManager *m_asrManager;
+    AutoReplaceManager *m_autoReplaceManager;
     ExecutableCommandsManager *m_commandsManager;
     /// The X window of the dictation when output goes to a fixed window.
     unsigned long m_resultWindow = 0;

@@ -18,7 +18,8 @@ ClientHarness::ClientHarness(const Stand &stand) {
     ConnectionManagerSettings().QuietConnectionEnabled = true;
     ASRSettings().SelectedTheme = QStringLiteral("therapy");
 
-    m_worker = new WebSocketWorker;
+    m_worker = new WebSocketWorker(&m_autoReplace, &m_userCommands);
+    m_userCommands.set_AsrManager(m_worker->asrManager());
     m_socketService = std::make_unique<SubService>(m_worker, true);
     m_manager = new ConnectionManager(m_worker->wsClient(), m_worker->asrManager(), &m_recording);
     m_managerService = std::make_unique<SubService>(m_manager, true);

@@ -2,6 +2,8 @@
 
 #include "audio/AudioListManager.h"
 #include "audio/RecordingDeviceManager.h"
+#include "commands/AutoReplaceManager.h"
+#include "commands/UserCommandsManager.h"
 #include "connection/ConnectionManager.h"
 #include "connection/WebSocketWorker.h"
 #include "core/workers/SubService.h"
@@ -38,6 +40,7 @@ public:
     ConnectionManager *manager() const { return m_manager; }
     WebSocketWorker *worker() const { return m_worker; }
     AsrManager *asr() const { return m_worker->asrManager(); }
+    UserCommandsManager &userCommands() { return m_userCommands; }
     RecordingDeviceManager &recording() { return m_recording; }
 
     /// All states so far.
@@ -51,6 +54,8 @@ public:
 private:
     void onStateChanged(const ConnectionStateInfo &info);
 
+    UserCommandsManager m_userCommands;
+    AutoReplaceManager m_autoReplace;
     NoDevices m_noDevices;
     RecordingDeviceManager m_recording{&m_noDevices, nullptr};
     WebSocketWorker *m_worker;

@@ -44,7 +44,9 @@ struct Monitor {
 
     NoDevices noDevices;
     RecordingDeviceManager recording{&noDevices, nullptr};
-    WebSocketWorker worker;
+    UserCommandsManager userCommands;
+    AutoReplaceManager autoReplace;
+    WebSocketWorker worker{&autoReplace, &userCommands};
     AsrManager *asr = worker.asrManager();
     ConnectionManager connection{worker.wsClient(), asr, &recording};
     MonitorViewModel view{asr, worker.resultManager(), &recording, &connection};

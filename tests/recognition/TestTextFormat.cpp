@@ -1,6 +1,7 @@
 #include "ClientHarness.h"
 #include "DeskTest.h"
 #include "Stand.h"
+#include "commands/AutoReplaceManager.h"
 #include "commands/ExecutableCommandsManager.h"
 #include "connection/WebSocketClient.h"
 #include "recognition/AsrManager.h"
@@ -26,6 +27,7 @@ private:
 
     std::unique_ptr<WebSocketClient> m_client;
     std::unique_ptr<AsrManager> m_asrManager;
+    AutoReplaceManager m_autoReplace;
     std::unique_ptr<ExecutableCommandsManager> m_commands;
     std::unique_ptr<ResultManager> m_results;
 };
@@ -35,8 +37,8 @@ void TestTextFormat::init() {
     m_asrManager = std::make_unique<AsrManager>(m_client.get());
     m_commands = std::make_unique<ExecutableCommandsManager>(QList<ExecutableCommandsSource *>(),
                                                              m_client.get());
-    m_results =
-        std::make_unique<ResultManager>(m_client.get(), m_asrManager.get(), m_commands.get());
+    m_results = std::make_unique<ResultManager>(m_client.get(), m_asrManager.get(), &m_autoReplace,
+                                                m_commands.get());
 }
 
 void TestTextFormat::cleanup() {

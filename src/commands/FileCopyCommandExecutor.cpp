@@ -1,0 +1,5 @@
+#include "commands/FileCopyCommandExecutor.h"
+
+CommandResult FileCopyCommandExecutor::Execute(const UserCommand &) const {
+    return {};
+}

@@ -1,0 +1,5 @@
+#include "commands/HotKeyCommandExecutor.h"
+
+CommandResult HotKeyCommandExecutor::Execute(const UserCommand &) const {
+    return {};
+}

@@ -1,0 +1,5 @@
+#include "commands/ProcessCommandExecutor.h"
+
+CommandResult ProcessCommandExecutor::Execute(const UserCommand &) const {
+    return {};
+}

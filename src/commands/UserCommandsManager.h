@@ -1,0 +1,83 @@
+#pragma once
+
+#include "commands/ExecutableCommandsSource.h"
+#include "commands/UserCommand.h"
+#include "themes/ClientThemeInfo.h"
+
+#include <QMap>
+#include <QMutex>
+
+#include <map>
+#include <memory>
+
+class AsrManager;
+class UserCommandExecutor;
+
+/// Owns every user command of this machine, by dictionary; the id "" stands for the commands that
+/// hold for all dictionaries. Offers the executable ones of those in force to the server, and
+/// carries them out.
+///
+/// Lives on the main thread; the lists may be read from any thread.
+class UserCommandsManager : public ExecutableCommandsSource {
+    Q_OBJECT
+
+public:
+    UserCommandsManager();
+    ~UserCommandsManager() override;
+
+    /// To be called once, before LoadAll().
+    /// @param asrManager  not owned, outlives the use of this object
+    void set_AsrManager(AsrManager *asrManager) { m_asrManager = asrManager; }
+
+    /// Builds everything from the files.
+    /// @throws Exception  a file cannot be read or written, or is garbled; what was there stays
+    void LoadAll();
+    /// Reads one file.
+    /// @param theme  if given, takes the id and the name of the file's dictionary
+    /// @throws Exception  the file cannot be read, or is garbled
+    static QList<UserCommand> LoadFrom(const QString &path, ClientThemeInfo *theme, bool isSystem);
+    /// Replaces one file in one step.
+    /// @throws Exception  the file cannot be written; the old one stays whole
+    static void SaveTo(const QString &path, const ClientThemeInfo &theme,
+                       const QList<UserCommand> &commands);
+    /// Stores the user's commands among these; without any, their file goes.
+    /// @throws Exception  as SaveTo()
+    void Save(const ClientThemeInfo &theme, const QList<UserCommand> &commands);
+
+    /// Replaces the lists of the given dictionaries and saves them.
+    /// @throws Exception  a dictionary is not known, or a file cannot be written
+    void set_Commands(const QMap<QString, QList<UserCommand>> &commands);
+    /// Empty for a dictionary that is not known.
+    QList<UserCommand> get_ThemeCommands(const QString &themeId) const;
+    /// The commands in force now.
+    QList<UserCommand> getCommandList() const;
+    /// What the user can have commands for: all dictionaries, and those that the server offers.
+    QList<ClientThemeInfo> get_Themes() const;
+    /// Asks the server for its dictionaries, for as long as that takes.
+    void UpdateThemesFromAsr();
+    QList<UserCommandNamespace::UserCommandType> get_CommandTypes() const;
+
+    QString executeCommand(const CommandInfo &command) const override;
+    void onCommandsRefreshed() const override {}
+
+public slots:
+    /// Rebuilds the list of what is offered to the server.
+    void updateCommands();
+
+signals:
+    /// The editors' lists are stored and saved.
+    void CommandsChanged();
+    void CommandExecutionError(QString errorText) const;
+
+private:
+    QString executeUserCommand(const UserCommand &command) const;
+
+    AsrManager *m_asrManager = nullptr;
+    /// Guards the three maps; never held while a file is written.
+    mutable QRecursiveMutex m_mutex;
+    QMap<QString, ClientThemeInfo> m_knownThemes;
+    QMap<QString, ClientThemeInfo> m_offeredThemes;
+    QMap<QString, QList<UserCommand>> m_commands;
+    std::map<UserCommandNamespace::UserCommandType, std::unique_ptr<UserCommandExecutor>>
+        m_executors;
+};
