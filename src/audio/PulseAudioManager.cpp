@@ -1,5 +1,6 @@
 #include "audio/PulseAudioManager.h"
 
+#include "audio/PlaybackDeviceManager.h"
 #include "audio/PulseAudioListManager.h"
 #include "audio/RecordingDeviceManager.h"
 #include "core/LoggingCategories.h"
@@ -47,6 +48,7 @@ PulseAudioManager::PulseAudioManager(QObject *parent) : QObject(parent) {
     m_inputListManager = new PulseAudioListManager(QAudio::AudioInput, useMonitors, this);
     m_outputListManager = new PulseAudioListManager(QAudio::AudioOutput, false, this);
     m_recordingDevice = std::make_unique<RecordingDeviceManager>(m_inputListManager, nullptr);
+    m_playbackDevice = std::make_unique<PlaybackDeviceManager>(m_outputListManager, nullptr);
 
     m_reconnectTimer.setSingleShot(true);
     m_reconnectTimer.setInterval(reconnectDelayMs);
@@ -66,6 +68,7 @@ PulseAudioManager::PulseAudioManager(QObject *parent) : QObject(parent) {
 
 PulseAudioManager::~PulseAudioManager() {
     Stop();
+    m_playbackDevice.reset();
     m_recordingDevice.reset();
     Cleanup();
     if (!m_mainLoop)
@@ -95,6 +98,7 @@ void PulseAudioManager::Start() {
     moveToThread(&m_thread);
     m_thread.start(QThread::InheritPriority);
     m_recordingDevice->LoadSettings();
+    m_playbackDevice->LoadSettings();
     m_inputListManager->asyncUpdateDeviceList(PA_INVALID_INDEX);
     m_outputListManager->asyncUpdateDeviceList(PA_INVALID_INDEX);
     ConnectEvents();
@@ -105,6 +109,7 @@ void PulseAudioManager::Stop() {
     m_thread.quit();
     m_thread.wait();
     m_recordingDevice->StopDevice();
+    m_playbackDevice->StopDevice();
 }
 
 void PulseAudioManager::ConnectEvents() {
@@ -202,10 +207,11 @@ void PulseAudioManager::Subscribe(pa_context *context) {
 
 void PulseAudioManager::OnConnected() {
     // Qt handles events while the devices are destroyed, so this may come too late.
-    if (!m_recordingDevice || !IsConnected())
+    if (!m_recordingDevice || !m_playbackDevice || !IsConnected())
         return;
     m_qtConnection.Connect([this] { return IsConnected(); });
     m_recordingDevice->RetryNow();
+    m_playbackDevice->RetryNow();
     // Devices may have come and gone while nobody listened. Before Start() the wanted devices are
     // not known, so there are no lists then.
     if (!m_thread.isRunning())

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 
+class PlaybackDeviceManager;
 class PulseAudioListManager;
 class RecordingDeviceManager;
 
@@ -38,6 +39,7 @@ public:
     PulseAudioListManager *InputListManager() const { return m_inputListManager; }
     PulseAudioListManager *OutputListManager() const { return m_outputListManager; }
     RecordingDeviceManager *RecordingDevice() const { return m_recordingDevice.get(); }
+    PlaybackDeviceManager *PlaybackDevice() const { return m_playbackDevice.get(); }
 
     /// Looks a device up by its name; blocks until PulseAudio has answered. Any thread.
     PulseDeviceInfo GetDeviceInfo(QAudio::Mode mode, const QString &name);
@@ -88,4 +90,5 @@ private:
     PulseAudioListManager *m_inputListManager;
     PulseAudioListManager *m_outputListManager;
     std::unique_ptr<RecordingDeviceManager> m_recordingDevice;
+    std::unique_ptr<PlaybackDeviceManager> m_playbackDevice;
 };

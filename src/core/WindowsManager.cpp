@@ -1,5 +1,6 @@
 #include "core/WindowsManager.h"
 
+#include "audio/PlaybackDeviceManager.h"
 #include "audio/PulseAudioManager.h"
 #include "audio/RecordingDeviceManager.h"
 #include "commands/AutoReplaceManager.h"
@@ -25,6 +26,7 @@
 #include "desktop/TextWriter.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
+#include "tts/TtsManager.h"
 #include "viewmodels/MonitorViewModel.h"
 #include "viewmodels/QmlTypes.h"
 
@@ -120,6 +122,7 @@ int WindowsManager::runApplication(int argc, char **argv) {
     AutoReplaceManager autoReplace;
     PulseAudioManager pulseAudio(nullptr);
     m_recordingDevice = pulseAudio.RecordingDevice();
+    m_playbackDevice = pulseAudio.PlaybackDevice();
     m_hotKeyManager = HotKeyManager::getHotkeyManager();
     const auto unwind = qScopeGuard([&] { takeDown(&pulseAudio); });
     connect(&userCommands, &UserCommandsManager::CommandExecutionError, this,
@@ -139,6 +142,7 @@ int WindowsManager::runApplication(int argc, char **argv) {
                                              m_webSocketWorker->asrManager());
     engine.rootContext()->setContextProperty(QStringLiteral("monitorViewModel"), &monitor);
     connectRecognition();
+    createTtsManager(m_playbackDevice);
     engine.rootContext()->setContextProperty(QStringLiteral("windowsManager"), this);
     followPrimaryScreen();
     return runInterface(&engine);
@@ -267,6 +271,23 @@ void WindowsManager::connectRecognition() {
     connect(this, &WindowsManager::modeChangeHotkey, asrManager, &AsrManager::changeRecognition);
 }
 
+void WindowsManager::createTtsManager(PlaybackDeviceManager *playbackDevice) {
+    m_ttsManager = std::make_unique<TtsManager>();
+    WebSocketClient *client = m_webSocketWorker->wsClient();
+    connect(m_connectionManager, &ConnectionManager::stateChanged, m_ttsManager.get(),
+            &TtsManager::onConnectionStateChanged, Qt::DirectConnection);
+    connect(client->messageProcessor(), &DataMessageProcessor::ttsStateReceived, m_ttsManager.get(),
+            &TtsManager::onTtsStateReceived);
+    connect(client->messageProcessor(), &DataMessageProcessor::ttsSound, m_ttsManager.get(),
+            &TtsManager::onSoundRecived);
+    connect(m_ttsManager.get(), &TtsManager::playSound, playbackDevice,
+            &PlaybackDeviceManager::playSound, Qt::QueuedConnection);
+    connect(m_ttsManager.get(), &TtsManager::sendTtsParams, client,
+            &WebSocketConnection::sendObject);
+    connect(m_ttsManager.get(), &TtsManager::sendVoiceRequest, client,
+            &WebSocketConnection::sendObject);
+}
+
 void WindowsManager::followPrimaryScreen() {
     const auto follow = [this](const QScreen *screen) {
         if (!screen)
@@ -338,6 +359,15 @@ void WindowsManager::reportMissingMicrophone() {
 void WindowsManager::showTrayMessage(const UserNotification &notification) {
     m_tray->showMessage(notification.title(), notification.message(),
                         messageIcon(notification.type()));
+}
+
+void WindowsManager::reportStart() {
+    if (m_recordingDevice->SelectedIndex() == -1) {
+        reportMissingMicrophone();
+        m_playbackDevice->playSoundFile(QStringLiteral(":/Assets/SpeechOff.wav"));
+    } else {
+        m_playbackDevice->playSoundFile(QStringLiteral(":/Assets/SpeechOn.wav"));
+    }
 }
 
 void WindowsManager::onHotkeyActivated(int hotkeyClass, int hotkeyId, int keyPressType) {
@@ -428,6 +458,8 @@ void WindowsManager::onAsrModeStateChanged(RecognitionMode mode, AsrState state)
     if (state == AsrState::Starting)
         placeOnScreen();
     const RecognitionMode last = m_webSocketWorker->asrManager()->getLastStartedMode();
-    if (state == AsrState::Started && mode != last && m_recordingDevice->SelectedIndex() == -1)
-        reportMissingMicrophone();
+    if (state == AsrState::Started && mode != last)
+        reportStart();
+    else if (state == AsrState::Stopping && mode == last)
+        m_playbackDevice->playSoundFile(QStringLiteral(":/Assets/SpeechOff.wav"));
 }

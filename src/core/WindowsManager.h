@@ -17,6 +17,7 @@ class AutoReplaceManager;
 class ConnectionHeartbeat;
 class ConnectionManager;
 class HotKeyManager;
+class PlaybackDeviceManager;
 class PulseAudioManager;
 class QQmlApplicationEngine;
 class QWindow;
@@ -24,6 +25,7 @@ class RecordingDeviceManager;
 class RunGuard;
 class SubService;
 class SystemTray;
+class TtsManager;
 class UserCommandsManager;
 class WebSocketWorker;
 
@@ -96,10 +98,13 @@ private:
     void createConnectionManager(QQmlApplicationEngine *engine,
                                  RecordingDeviceManager *recordingDevice);
     void createHeartbeat();
+    void createTtsManager(PlaybackDeviceManager *playbackDevice);
     void createTray(QQmlApplicationEngine *engine);
     void connectHotKeys();
     void connectRecognition();
     void onSelectedMicrophoneChanged();
+    /// The signal that dictation begins, or that there is nothing to hear it with.
+    void reportStart();
     void reportMissingMicrophone();
     void showTrayMessage(const UserNotification &notification);
     void followPrimaryScreen();
@@ -120,6 +125,8 @@ private:
     SubService *m_heartbeatService = nullptr;
     ConnectionHeartbeat *m_heartbeat = nullptr;
     RecordingDeviceManager *m_recordingDevice = nullptr;
+    PlaybackDeviceManager *m_playbackDevice = nullptr;
+    std::unique_ptr<TtsManager> m_ttsManager;
     HotKeyManager *m_hotKeyManager = nullptr;
     RunGuard *m_runGuard = nullptr;
     QMutex m_notificationMutex;

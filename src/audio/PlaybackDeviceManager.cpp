@@ -1,0 +1,180 @@
+#include "audio/PlaybackDeviceManager.h"
+
+#include "audio/LevelCalc.h"
+#include "core/settings/PlaybackDeviceSettings.h"
+
+#include <QFile>
+#include <QMetaMethod>
+
+namespace {
+constexpr int wavHeaderBytes = 44;
+constexpr int sampleBytes = 2;
+/// Twenty minutes of speech. A device that takes nothing must not fill the memory.
+constexpr qint64 maxQueuedBytes = 20LL * 60 * 22050 * sampleBytes;
+
+const auto queuedAndUnique =
+    static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection);
+
+QAudioFormat speechFormat() {
+    QAudioFormat format;
+    format.setSampleRate(22050);
+    format.setChannelCount(1);
+    format.setSampleSize(16);
+    format.setSampleType(QAudioFormat::SignedInt);
+    format.setByteOrder(QAudioFormat::LittleEndian);
+    format.setCodec(QStringLiteral("audio/pcm"));
+    return format;
+}
+} // namespace
+
+PlaybackDeviceManager::PlaybackDeviceManager(AudioListManager *listManager, QObject *parent)
+    : AudioDeviceManager(listManager, parent), m_format(speechFormat()) {}
+
+void PlaybackDeviceManager::LoadSettings() {
+    const PlaybackDeviceSettings settings;
+    set_Volume(settings.Volume);
+    set_IsTrackChanges(settings.TrackChanges);
+    SelectDevice(settings.Name);
+}
+
+void PlaybackDeviceManager::SaveSettings() {
+    PlaybackDeviceSettings settings;
+    settings.Volume = m_volume;
+    // A device that is only unplugged stays the user's choice.
+    if (!CurrentDevice().isNull())
+        settings.Name = CurrentDevice().deviceName();
+    settings.TrackChanges = IsTrackChanges();
+    settings.sync();
+}
+
+ExtAudioDeviceInfo PlaybackDeviceManager::DefaultDevice() const {
+    return ExtAudioDeviceInfo(QAudioDeviceInfo::defaultOutputDevice(), QStringLiteral("default"));
+}
+
+void PlaybackDeviceManager::set_Volume(int volume) {
+    static const QMetaMethod method =
+        staticMetaObject.method(staticMetaObject.indexOfMethod("internal_set_Volume(int)"));
+    method.invoke(this, Qt::AutoConnection, Q_ARG(int, volume));
+}
+
+void PlaybackDeviceManager::internal_set_Volume(int vol) {
+    if (Device())
+        Device()->setVolume(vol / 100.0);
+    UpdateVolume(vol);
+}
+
+void PlaybackDeviceManager::read_Volume() {
+    if (Device())
+        UpdateVolume(static_cast<int>(Device()->volume() * 100.0 + 0.5));
+}
+
+void PlaybackDeviceManager::UpdateVolume(int volume) {
+    if (m_volume == volume)
+        return;
+    m_volume = volume;
+    emit VolumeChanged(volume);
+}
+
+QAudioOutput *PlaybackDeviceManager::CreateDevice(const ExtAudioDeviceInfo &device) {
+    if (!device.isFormatSupported(m_format))
+        qCDebug(audiodevlog) << "Unsupported format";
+    auto *output = new QAudioOutput(device, m_format, this);
+    connect(output, &QObject::destroyed, output,
+            [description = device.Description()](const QObject *object) {
+                qCDebug(audiodevlog)
+                    << "Delete audio output " << description << static_cast<const void *>(object);
+            });
+    qCDebug(audiodevlog) << "Created audio output " << device.Description()
+                         << static_cast<const void *>(output);
+    return output;
+}
+
+void PlaybackDeviceManager::OnDeviceStart() {
+    connect(Device(), &QAudioOutput::stateChanged, this,
+            &PlaybackDeviceManager::OnDeviceStateChanged, queuedAndUnique);
+    Device()->setNotifyInterval(m_volumePollPeriodMs);
+    connect(Device(), &QAudioOutput::notify, this, &PlaybackDeviceManager::read_Volume,
+            queuedAndUnique);
+    // A device that were filled only when it runs empty would fall silent between two fillings.
+    connect(Device(), &QAudioOutput::notify, this, &PlaybackDeviceManager::WriteDataToStream,
+            queuedAndUnique);
+    set_Volume(PlaybackDeviceSettings().Volume);
+    m_outputStream = Device()->start();
+    m_currentLevel = 0;
+}
+
+void PlaybackDeviceManager::OnDeviceStop() {
+    disconnect(Device(), &QAudioOutput::notify, this, nullptr);
+    m_outputStream = nullptr;
+    emit DeviceStopped();
+}
+
+void PlaybackDeviceManager::OnDeviceStateChanged(QAudio::State state) {
+    qCInfo(audiodevlog) << "State: " << state;
+    const auto *output = qobject_cast<QAudioOutput *>(sender());
+    if (output && state != QAudio::ActiveState)
+        UpdateLevel(0);
+    if (state == QAudio::IdleState)
+        WriteDataToStream();
+}
+
+void PlaybackDeviceManager::UpdateLevel(int level) {
+    if (m_currentLevel == level)
+        return;
+    m_currentLevel = level;
+    emit CurrentLevelChanged(level);
+}
+
+void PlaybackDeviceManager::playSoundFile(const QString &filePath) {
+    try {
+        QFile file(filePath);
+        if (file.open(QIODevice::ReadOnly) && file.seek(wavHeaderBytes))
+            playSound(file.readAll());
+    } catch (const std::exception &error) {
+        qCDebug(audiodevlog) << error.what();
+    }
+}
+
+void PlaybackDeviceManager::playSound(const QByteArray &_data) {
+    const int level = LevelCalc::GetSoundLevel(reinterpret_cast<const short *>(_data.constData()),
+                                               _data.size() / sampleBytes);
+    if (m_outputStream) {
+        Enqueue(_data);
+        WriteDataToStream();
+    }
+    UpdateLevel(level);
+}
+
+void PlaybackDeviceManager::Enqueue(QByteArray block) {
+    // Half a sample ends the stream for PulseAudio, and would turn what follows into noise.
+    if (block.size() % sampleBytes != 0)
+        block.chop(block.size() % sampleBytes);
+    if (block.isEmpty())
+        return;
+    if (m_queuedBytes + block.size() > maxQueuedBytes) {
+        qCWarning(audiodevlog) << "Too much sound waits to be played, dropped:" << block.size();
+        return;
+    }
+    m_queuedBytes += block.size();
+    m_queue.append(block);
+}
+
+void PlaybackDeviceManager::WriteDataToStream() {
+    while (m_outputStream && !m_queue.isEmpty()) {
+        const QByteArray &block = m_queue.constFirst();
+        // Qt keeps PulseAudio's lock for ever after a write that fails, as one without room does.
+        const int room = Device()->bytesFree() / sampleBytes * sampleBytes;
+        if (room < sampleBytes)
+            return;
+        const qint64 taken = m_outputStream->write(block.constData() + m_written,
+                                                   qMin(room, block.size() - m_written));
+        if (taken < 1)
+            return;
+        m_written += static_cast<int>(taken);
+        if (m_written < block.size())
+            continue;
+        m_queuedBytes -= block.size();
+        m_queue.removeFirst();
+        m_written = 0;
+    }
+}

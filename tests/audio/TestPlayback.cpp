@@ -1,0 +1,236 @@
+#include "DeskTest.h"
+#include "audio/PlaybackDeviceManager.h"
+#include "audio/PulseAudioManager.h"
+#include "core/settings/PlaybackDeviceSettings.h"
+
+#include <QFile>
+#include <QSignalSpy>
+
+#include <thread>
+
+namespace {
+constexpr int bytesPerSecond = 2 * 22050;
+constexpr int soundTimeoutMs = 15000;
+
+/// Sound in which every piece tells its place; no sample of it is 0.
+QByteArray noise(int seconds) {
+    QByteArray sound(seconds * bytesPerSecond, Qt::Uninitialized);
+    auto *samples = reinterpret_cast<qint16 *>(sound.data());
+    quint32 state = 1;
+    for (int i = 0; i < sound.size() / 2; ++i) {
+        state = state * 1664525 + 1013904223;
+        samples[i] = static_cast<qint16>((state >> 16) | 1);
+    }
+    return sound;
+}
+
+/// What is heard at a speaker that takes the program's own format, so that nothing is resampled.
+class Listener {
+public:
+    explicit Listener(const QString &sink)
+        : m_process(desk().start(QStringLiteral("parec"),
+                                 {QStringLiteral("--device=%1.monitor").arg(sink),
+                                  QStringLiteral("--rate=22050"), QStringLiteral("--channels=1"),
+                                  QStringLiteral("--format=s16le"),
+                                  QStringLiteral("--latency-msec=20")})) {}
+    ~Listener() { desk().end(m_process); }
+
+    /// From the first sample that is no silence on.
+    const QByteArray &sound() {
+        m_sound += m_process->readAllStandardOutput();
+        if (!m_isHearing) {
+            int silence = 0;
+            while (silence < m_sound.size() && m_sound.at(silence) == 0)
+                ++silence;
+            m_isHearing = silence < m_sound.size();
+            m_sound.remove(0, silence - silence % 2);
+        }
+        return m_sound;
+    }
+
+private:
+    QProcess *m_process;
+    QByteArray m_sound;
+    bool m_isHearing = false;
+};
+
+QString plugSpeaker(const QString &name) {
+    return desk().loadModule(
+        {"module-null-sink", "sink_name=" + name, "rate=22050", "channels=1", "format=s16le"});
+}
+} // namespace
+
+/// Plays into a real PulseAudio; what counts is what its monitor hears.
+class TestPlayback : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void playsInFullAndInOrder_data();
+    void playsInFullAndInOrder();
+    void goesOnAfterTheDevice_data();
+    void goesOnAfterTheDevice();
+    void playsFiles_data();
+    void playsFiles();
+    void volumeGoesBothWays();
+    void withoutADeviceOnlyTheLevelIsTold();
+
+private:
+    void start(const QString &speaker);
+    PlaybackDeviceManager *playback() const { return m_manager->PlaybackDevice(); }
+    QAudioOutput *output() const { return playback()->findChild<QAudioOutput *>(); }
+
+    std::unique_ptr<PulseAudioManager> m_manager;
+    QStringList m_modules;
+};
+
+void TestPlayback::init() {
+    PlaybackDeviceSettings().remove(QString());
+    m_modules << plugSpeaker(QStringLiteral("exact"));
+}
+
+void TestPlayback::cleanup() {
+    m_manager.reset();
+    for (const QString &module : qAsConst(m_modules))
+        desk().unloadModule(module);
+    m_modules.clear();
+}
+
+void TestPlayback::start(const QString &speaker) {
+    PlaybackDeviceSettings().Name = speaker;
+    m_manager = std::make_unique<PulseAudioManager>();
+    QSignalSpy selected(playback(), &PlaybackDeviceManager::SelectedIndexChanged);
+    m_manager->Start();
+    QVERIFY(selected.wait());
+    QCOMPARE(playback()->CurrentDevice().deviceName(), speaker);
+    QTRY_COMPARE(output()->state(), QAudio::IdleState);
+}
+
+void TestPlayback::playsInFullAndInOrder_data() {
+    QTest::addColumn<int>("blockBytes");
+    QTest::newRow("one block of six seconds") << 6 * bytesPerSecond;
+    QTest::newRow("blocks of 20 ms") << 882;
+    QTest::newRow("half a sample at the end is dropped") << 4095;
+}
+
+void TestPlayback::playsInFullAndInOrder() {
+    QFETCH(int, blockBytes);
+    start(QStringLiteral("exact"));
+    Listener listener(QStringLiteral("exact"));
+    const QByteArray all = noise(6);
+    QByteArray sent;
+    for (int i = 0; i < all.size(); i += blockBytes + blockBytes % 2) {
+        const QByteArray block = all.mid(i, blockBytes);
+        playback()->playSound(block);
+        sent += block.left(block.size() - block.size() % 2);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= sent.size(), soundTimeoutMs);
+    const QByteArray heard = listener.sound().left(sent.size());
+    const auto differs = std::mismatch(heard.begin(), heard.end(), sent.begin());
+    QVERIFY2(heard == sent, qPrintable(QStringLiteral("the first %1 of %2 bytes are right")
+                                           .arg(differs.first - heard.begin())
+                                           .arg(sent.size())));
+    QTRY_COMPARE(playback()->CurrentLevel(), 0);
+}
+
+void TestPlayback::goesOnAfterTheDevice_data() {
+    QTest::addColumn<bool>("isServerRestarted");
+    QTest::newRow("unplugged") << false;
+    QTest::newRow("PulseAudio is restarted") << true;
+}
+
+void TestPlayback::goesOnAfterTheDevice() {
+    QFETCH(bool, isServerRestarted);
+    start(QStringLiteral("exact"));
+    const QByteArray sent = noise(6);
+    {
+        Listener first(QStringLiteral("exact"));
+        playback()->playSound(sent);
+        QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() >= bytesPerSecond, soundTimeoutMs);
+    }
+    if (isServerRestarted) {
+        desk().stopSound();
+        m_modules.clear();
+        desk().startSound();
+    } else {
+        desk().unloadModule(m_modules.takeLast());
+    }
+    QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
+    QTRY_COMPARE_WITH_TIMEOUT(playback()->CurrentDevice().deviceName(), QStringLiteral("speaker"),
+                              soundTimeoutMs);
+    Listener second(QStringLiteral("speaker"));
+    // What the lost device had taken is lost with it, the rest is played.
+    QTRY_VERIFY_WITH_TIMEOUT(second.sound().size() >= 3 * bytesPerSecond, soundTimeoutMs);
+}
+
+void TestPlayback::playsFiles_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("heard");
+    const QByteArray sound = noise(1);
+    QTest::newRow("a header is passed over") << QByteArray(44, 'h') + sound << sound;
+    QTest::newRow("shorter than a header") << QByteArray(43, 'h') << QByteArray();
+    QTest::newRow("missing") << QByteArray() << QByteArray();
+}
+
+void TestPlayback::playsFiles() {
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, heard);
+    start(QStringLiteral("exact"));
+    Listener listener(QStringLiteral("exact"));
+    const QString name = desk().folder() + QStringLiteral("/sound.wav");
+    QFile::remove(name);
+    if (!file.isEmpty()) {
+        QFile wav(name);
+        QVERIFY(wav.open(QIODevice::WriteOnly));
+        wav.write(file);
+    }
+    playback()->playSoundFile(name);
+    const QByteArray after = noise(2).right(bytesPerSecond);
+    playback()->playSound(after);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= heard.size() + after.size(),
+                             soundTimeoutMs);
+    QVERIFY(listener.sound().startsWith(heard + after));
+}
+
+void TestPlayback::volumeGoesBothWays() {
+    start(QStringLiteral("exact"));
+    QCOMPARE(playback()->Volume(), 100);
+    QSignalSpy changed(playback(), &PlaybackDeviceManager::VolumeChanged);
+    std::thread([this] { playback()->set_Volume(40); }).join();
+    QVERIFY(changed.wait());
+    QCOMPARE(changed.takeFirst(), QVariantList{40});
+    QCOMPARE(qRound(output()->volume() * 100), 40);
+    playback()->playSound(noise(1));
+    output()->setVolume(0.7);
+    QVERIFY(changed.wait());
+    QCOMPARE(changed.takeFirst(), QVariantList{70});
+    playback()->set_IsTrackChanges(true);
+    playback()->SaveSettings();
+    QCOMPARE(PlaybackDeviceSettings().Volume.get(), 70);
+    QCOMPARE(PlaybackDeviceSettings().TrackChanges.get(), true);
+    QCOMPARE(PlaybackDeviceSettings().Name.get(), QStringLiteral("exact"));
+}
+
+void TestPlayback::withoutADeviceOnlyTheLevelIsTold() {
+    start(QStringLiteral("exact"));
+    playback()->set_SelectedIndex(-1);
+    QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
+    const QByteArray dropped = noise(1);
+    playback()->playSound(dropped);
+    QCOMPARE(levels.size(), 1);
+    QVERIFY(levels.first().first().toInt() > 50);
+    Listener listener(QStringLiteral("exact"));
+    playback()->SelectDevice(QStringLiteral("exact"));
+    const QByteArray played = noise(2).right(bytesPerSecond);
+    QTRY_COMPARE(output()->state(), QAudio::IdleState);
+    playback()->playSound(played);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= played.size(), soundTimeoutMs);
+    QVERIFY2(listener.sound().startsWith(played), "what was dropped is not played later");
+}
+
+int main(int argc, char **argv) {
+    return runOnDesk<QCoreApplication, TestPlayback>(argc, argv, VirtualDesk::Sound);
+}
+
+#include "TestPlayback.moc"
