@@ -10,16 +10,17 @@
 
 namespace {
 
+constexpr int AsciiMib = 3;
+constexpr int Utf8Mib = 106;
+
 bool isUtf8(const QByteArray &bytes) {
     QTextCodec::ConverterState state;
-    QTextCodec::codecForMib(106)->toUnicode(bytes.constData(), bytes.size(), &state);
+    QTextCodec::codecForMib(Utf8Mib)->toUnicode(bytes.constData(), bytes.size(), &state);
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
 /// For a file without a byte order mark.
 QTextCodec *codecOf(const QByteArray &bytes) {
-    constexpr int AsciiMib = 3;
-    constexpr int Utf8Mib = 106;
     if (isUtf8(bytes))
         return QTextCodec::codecForMib(Utf8Mib);
     QTextCodec *locale = QTextCodec::codecForLocale();
@@ -39,7 +40,7 @@ QString CommonFileReader::ReadFile(const QString &path, QString *error) {
     }
     QFile file(path);
     // To open a pipe would wait for whoever writes into it; a device may never end.
-    if (!info.isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
         *error = tr("Не удалось открыть файл");
         return QString();
     }
@@ -51,7 +52,8 @@ QString CommonFileReader::ReadFile(const QString &path, QString *error) {
         }
         QTextStream stream(bytes);
         stream.setCodec(codecOf(bytes));
-        return stream.readAll();
+        // Not by the device's text mode, which drops every carriage return.
+        return stream.readAll().replace(QLatin1String("\r\n"), QLatin1String("\n"));
     } catch (const std::exception &failure) {
         qWarning() << "Read file error: " << failure.what();
         *error = tr("Произошла ошибка при чтении из файла");

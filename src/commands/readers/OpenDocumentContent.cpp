@@ -86,7 +86,8 @@ private:
     }
 
     QXmlStreamReader m_reader;
-    QDomDocument m_document;
+    // With a name, because without one it holds nothing that could be appended to.
+    QDomDocument m_document{QStringLiteral("content")};
     QDomNode m_parent = m_document;
     int m_depth = 0;
     int m_depthInParagraph = 0;

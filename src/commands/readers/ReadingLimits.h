@@ -13,8 +13,8 @@ constexpr int TextSize = 1024 * 1024;
 constexpr qint64 ArchiveBytes = 512LL * 1024 * 1024;
 /// Bytes of the part of an archive that holds the text.
 constexpr int ContentBytes = 16 * 1024 * 1024;
-/// Elements and texts of that part; each takes some 300 bytes while it is read.
-constexpr int Nodes = 300000;
+/// Elements and texts of that part; each takes some 400 bytes while it is read.
+constexpr int Nodes = 150000;
 /// How deep elements may lie in one another; the text is collected by recursion.
 constexpr int Depth = 256;
 
