@@ -80,8 +80,10 @@ void CommandFile::write(const QString &path, const ClientThemeInfo &theme,
         throw Exception(
             QStringLiteral("UserCommandsManager: Cannot open file '%1' for writing").arg(path));
     }
-    file.write(QJsonDocument(root).toJson());
-    if (!file.commit()) {
+    const QByteArray bytes = QJsonDocument(root).toJson();
+    // commit() alone would take a file that a full disk has cut for a whole one.
+    const bool isWhole = file.write(bytes) == bytes.size() && file.flush();
+    if (!isWhole || !file.commit()) {
         throw Exception(QStringLiteral("UserCommandsManager: Cannot write file '%1', error '%2'")
                             .arg(path, file.errorString()));
     }
