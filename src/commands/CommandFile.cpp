@@ -84,7 +84,8 @@ void CommandFile::write(const QString &path, const ClientThemeInfo &theme,
     // commit() alone would take a file that a full disk has cut for a whole one.
     const bool isWhole = file.write(bytes) == bytes.size() && file.flush();
     if (!isWhole || !file.commit()) {
-        throw Exception(QStringLiteral("UserCommandsManager: Cannot write file '%1', error '%2'")
-                            .arg(path, file.errorString()));
+        throw Exception(
+            QStringLiteral("UserCommandsManager: Cannot write file '%1', error '%2'")
+                .arg(path, isWhole ? file.errorString() : QStringLiteral("written in part only")));
     }
 }
