@@ -237,8 +237,10 @@ void TestCommands::startsAProgramThatOutlivesIt() {
 void TestCommands::typesADocumentAsItIs() {
     const QString document = desk().folder() + QStringLiteral("/document.txt");
     QVERIFY(save(document, QByteArray("запятая ,\r\nдва\nтри\rчетыре")));
-    store(QString(), {command("file", "вставить шаблон", document),
-                      command("text", "запятая", QStringLiteral("заменено"))});
+    store(QString(),
+          {command("file", "вставить шаблон", document),
+           command("file", "вставить выписку", QStringLiteral(DOCUMENTS "/discharge.odt")),
+           command("text", "запятая", QStringLiteral("заменено"))});
     Stand stand;
     Editor editor(QStringLiteral("document-typed.txt"));
     const auto program = startProgram(&stand);
@@ -250,6 +252,12 @@ void TestCommands::typesADocumentAsItIs() {
     QTRY_COMPARE(editor.text(), typed);
     stand.sayResult(QStringLiteral("запятая"));
     QTRY_COMPARE(editor.text(), typed + QStringLiteral("Заменено"));
+    speak(&stand, "вставить выписку");
+    QTRY_VERIFY(editor.text().endsWith(
+        QStringLiteral("Заменено Выписной эпикриз\nПациент Ёлкин Пётр, 54 года.\nДиагноз\n"
+                       "Гипертоническая болезнь II  стадии\nриск 3\n\nСтол № 10\n"
+                       "Эналаприл 5 мг\nутром\nГемоглобин\n140 г/л\nСОЭ\n8 мм/ч\n"
+                       "Подпись:\t_____\t<врач> & зав. отделением\n")));
     QCOMPARE(program->terminate(), 0);
 }
 
