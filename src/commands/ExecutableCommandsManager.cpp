@@ -15,8 +15,17 @@ ExecutableCommandsManager::ExecutableCommandsManager(
     refreshCommands();
 }
 
+void ExecutableCommandsManager::startAnnouncing(int connectionNumber) {
+    m_announcedConnection = connectionNumber;
+}
+
+bool ExecutableCommandsManager::isAnnouncing() const {
+    // This thread may not have heard yet that the connection is gone and another one opens.
+    return m_announcedConnection == m_client->connectionNumber();
+}
+
 void ExecutableCommandsManager::refreshCommands() {
-    if (!m_isAnnouncing)
+    if (!isAnnouncing())
         return;
     QList<CommandInfo> commands;
     for (const ExecutableCommandsSource *source : m_sources)

@@ -3,6 +3,8 @@
 #include <QList>
 #include <QObject>
 
+#include <optional>
+
 class ExecutableCommandsSource;
 class WebSocketClient;
 
@@ -19,17 +21,21 @@ public:
     /// @return the text that it produced; empty also for an unknown id
     QString executeCommand(const QString &id);
 
-    /// From here on changes go to the server: its turn among the opening messages has come.
-    void startAnnouncing() { m_isAnnouncing = true; }
+    /// From here on changes go to the server: their turn among the opening messages has come.
+    /// @param connectionNumber  the client's number of the connection that is ready
+    void startAnnouncing(int connectionNumber);
 
 public slots:
     /// Sends the whole list, which replaces what the server held. Outside a connection that is
     /// ready nothing is sent: the list goes out with the next one.
     void refreshCommands();
-    void stopAnnouncing() { m_isAnnouncing = false; }
+    void stopAnnouncing() { m_announcedConnection.reset(); }
 
 private:
+    bool isAnnouncing() const;
+
     QList<ExecutableCommandsSource *> m_sources;
     WebSocketClient *m_client;
-    bool m_isAnnouncing = false;
+    /// The connection that hears of changes; nothing while none is ready.
+    std::optional<int> m_announcedConnection;
 };

@@ -1,5 +1,9 @@
 #include "commands/HotKeyCommandExecutor.h"
 
-CommandResult HotKeyCommandExecutor::Execute(const UserCommand &) const {
+#include "desktop/TextWriter.h"
+
+CommandResult HotKeyCommandExecutor::Execute(const UserCommand &command) const {
+    const HotKeyInfo key = m_converter.ConvertFromString(command.Text);
+    TextWriter::WriteKey(TextWriter::GetFocusedWindow(), key);
     return {};
 }

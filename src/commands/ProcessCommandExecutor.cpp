@@ -1,5 +1,8 @@
 #include "commands/ProcessCommandExecutor.h"
 
-CommandResult ProcessCommandExecutor::Execute(const UserCommand &) const {
+#include <QProcess>
+
+CommandResult ProcessCommandExecutor::Execute(const UserCommand &command) const {
+    QProcess::startDetached(command.Text, QStringList());
     return {};
 }

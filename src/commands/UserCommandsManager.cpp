@@ -1,15 +1,96 @@
 #include "commands/UserCommandsManager.h"
 
+#include "commands/CommandFile.h"
 #include "commands/FileCopyCommandExecutor.h"
 #include "commands/HotKeyCommandExecutor.h"
 #include "commands/ProcessCommandExecutor.h"
+#include "core/AppVariables.h"
 #include "recognition/AsrManager.h"
 
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QHash>
 #include <QMutexLocker>
+#include <QUuid>
 
 #include <algorithm>
 
 using UserCommandNamespace::UserCommandType;
+
+namespace {
+
+const auto directoryName = QStringLiteral("commands");
+const auto allThemesFileName = QStringLiteral("default.json");
+
+/// The folder of the user's files, which is made if it is not there.
+QDir enterCommandsFolder() {
+    QDir folder(AppVariables::sm_stdVars.get(QStringLiteral("AppLocalDataLocation"), {}));
+    folder.mkpath(directoryName);
+    if (!folder.cd(directoryName)) {
+        throw Exception(QStringLiteral("Directory '%1' at path '%2' doesn't exist")
+                            .arg(directoryName, folder.absolutePath()));
+    }
+    return folder;
+}
+
+QString fileNameOf(const QString &themeId) {
+    if (themeId.isEmpty())
+        return allThemesFileName;
+    // The id is the server's choice: none may lead out of the folder.
+    QString safeId;
+    for (const QChar ch : themeId) {
+        if (ch == QLatin1Char('/') || ch.category() == QChar::Other_Control)
+            safeId += QStringLiteral("%%1").arg(ch.unicode(), 2, 16, QLatin1Char('0'));
+        else
+            safeId += ch;
+    }
+    return QStringLiteral("theme_") + safeId + QStringLiteral(".json");
+}
+
+/// Gives an id to every executable command that has none.
+/// @return whether there was one
+bool completeIds(QList<UserCommand> *commands) {
+    bool hasChanged = false;
+    for (UserCommand &command : *commands) {
+        if (command.Type == UserCommandType::Text || !command.Id.isEmpty())
+            continue;
+        command.Id = QUuid::createUuid().toString();
+        hasChanged = true;
+    }
+    return hasChanged;
+}
+
+/// Of commands with the same phrase the last one stays, in the place of the first.
+QList<UserCommand> mergeDuplicates(const QList<UserCommand> &commands) {
+    QList<UserCommand> merged;
+    QHash<QString, int> places;
+    for (const UserCommand &command : commands) {
+        const QString pattern = command.get_NormalizedPattern();
+        const auto place = places.constFind(pattern);
+        if (place == places.constEnd()) {
+            places.insert(pattern, merged.size());
+            merged.append(command);
+        } else {
+            merged[*place] = command;
+        }
+    }
+    return merged;
+}
+
+void mergeAndOrder(QList<UserCommand> *commands) {
+    *commands = mergeDuplicates(*commands);
+    std::stable_partition(commands->begin(), commands->end(),
+                          [](const UserCommand &command) { return command.IsSystem; });
+}
+
+ClientThemeInfo allThemes() {
+    ClientThemeInfo theme;
+    theme.setName(QObject::tr("Для всех словарей"));
+    return theme;
+}
+
+} // namespace
 
 UserCommandsManager::UserCommandsManager() {
     m_executors[UserCommandType::Exe] = std::make_unique<ProcessCommandExecutor>();
@@ -20,25 +101,82 @@ UserCommandsManager::UserCommandsManager() {
 UserCommandsManager::~UserCommandsManager() = default;
 
 void UserCommandsManager::LoadAll() {
+    const QDir folder = enterCommandsFolder();
+    const QDir programFolder(AppVariables::sm_stdVars.get(QStringLiteral("AppBinaryLocation"), {}));
+    QMap<QString, ClientThemeInfo> themes{{QString(), ClientThemeInfo()}};
+    QMap<QString, QList<UserCommand>> commands{
+        {QString(),
+         LoadFrom(programFolder.filePath(QStringLiteral("autoreplaces.json")), nullptr, true)}};
+    const QStringList files =
+        folder.entryList({QStringLiteral("*.json")}, QDir::Files | QDir::Readable, QDir::Name);
+    for (const QString &file : files)
+        loadUserFile(folder.filePath(file), &themes, &commands);
+    for (QList<UserCommand> &list : commands)
+        mergeAndOrder(&list);
+    themes[QString()] = allThemes();
+    {
+        const QMutexLocker locker(&m_mutex);
+        m_knownThemes = themes;
+        m_commands = commands;
+        offerAllThemesOnly();
+    }
     updateCommands();
 }
 
-QList<UserCommand> UserCommandsManager::LoadFrom(const QString &, ClientThemeInfo *, bool) {
-    return {};
+void UserCommandsManager::loadUserFile(const QString &path, QMap<QString, ClientThemeInfo> *themes,
+                                       QMap<QString, QList<UserCommand>> *commands) {
+    ClientThemeInfo theme;
+    QList<UserCommand> loaded = LoadFrom(path, &theme, false);
+    if (completeIds(&loaded))
+        SaveTo(path, theme, loaded);
+    if (!themes->contains(theme.id()))
+        themes->insert(theme.id(), theme);
+    (*commands)[theme.id()] += loaded;
 }
 
-void UserCommandsManager::SaveTo(const QString &, const ClientThemeInfo &,
-                                 const QList<UserCommand> &) {}
+void UserCommandsManager::offerAllThemesOnly() {
+    m_offeredThemes.clear();
+    m_offeredThemes.insert(QString(), m_knownThemes.value(QString()));
+}
 
-void UserCommandsManager::Save(const ClientThemeInfo &, const QList<UserCommand> &) {
+QList<UserCommand> UserCommandsManager::LoadFrom(const QString &path, ClientThemeInfo *theme,
+                                                 bool isSystem) {
+    return CommandFile::read(path, theme, isSystem);
+}
+
+void UserCommandsManager::SaveTo(const QString &path, const ClientThemeInfo &theme,
+                                 const QList<UserCommand> &commands) {
+    CommandFile::write(path, theme, commands);
+}
+
+void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCommand> &commands) {
+    const QString path = enterCommandsFolder().filePath(fileNameOf(theme.id()));
+    QList<UserCommand> own;
+    std::copy_if(commands.cbegin(), commands.cend(), std::back_inserter(own),
+                 [](const UserCommand &command) { return !command.IsSystem; });
+    if (own.isEmpty())
+        QFile::remove(path);
+    else
+        SaveTo(path, theme, own);
     updateCommands();
 }
 
 void UserCommandsManager::set_Commands(const QMap<QString, QList<UserCommand>> &commands) {
+    QList<QPair<ClientThemeInfo, QList<UserCommand>>> toSave;
     {
         const QMutexLocker locker(&m_mutex);
-        m_commands = commands;
+        for (auto entry = commands.cbegin(); entry != commands.cend(); ++entry) {
+            const auto theme = m_knownThemes.constFind(entry.key());
+            if (theme == m_knownThemes.constEnd()) {
+                throw Exception(
+                    QStringLiteral("UserCommandsManager: Theme %1 not found").arg(entry.key()));
+            }
+            m_commands.insert(entry.key(), entry.value());
+            toSave.append({*theme, entry.value()});
+        }
     }
+    for (const auto &entry : qAsConst(toSave))
+        Save(entry.first, entry.second);
     emit CommandsChanged();
 }
 
@@ -60,7 +198,22 @@ QList<ClientThemeInfo> UserCommandsManager::get_Themes() const {
     return m_offeredThemes.values();
 }
 
-void UserCommandsManager::UpdateThemesFromAsr() {}
+void UserCommandsManager::UpdateThemesFromAsr() {
+    QList<ClientThemeInfo> themes;
+    try {
+        themes = m_asrManager->get_Themes(false);
+    } catch (const std::exception &error) {
+        // Without a server only the commands for all dictionaries can be edited.
+        qDebug() << "No dictionaries:" << error.what();
+    }
+    const QMutexLocker locker(&m_mutex);
+    offerAllThemesOnly();
+    for (const ClientThemeInfo &theme : qAsConst(themes)) {
+        m_knownThemes.insert(theme.id(), theme);
+        m_offeredThemes.insert(theme.id(), theme);
+        m_commands[theme.id()];
+    }
+}
 
 QList<UserCommandType> UserCommandsManager::get_CommandTypes() const {
     return {UserCommandType::Text, UserCommandType::Key, UserCommandType::Exe,

@@ -70,6 +70,10 @@ signals:
     void CommandExecutionError(QString errorText) const;
 
 private:
+    static void loadUserFile(const QString &path, QMap<QString, ClientThemeInfo> *themes,
+                             QMap<QString, QList<UserCommand>> *commands);
+    /// To be called under the lock.
+    void offerAllThemesOnly();
     QString executeUserCommand(const UserCommand &command) const;
 
     AsrManager *m_asrManager = nullptr;

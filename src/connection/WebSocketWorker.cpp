@@ -32,7 +32,7 @@ WebSocketWorker::WebSocketWorker(AutoReplaceManager *autoReplaceManager,
 WebSocketWorker::~WebSocketWorker() = default;
 
 void WebSocketWorker::onConnected() {
-    m_executableCommandsManager->startAnnouncing();
+    m_executableCommandsManager->startAnnouncing(m_asrManager->connectionNumber());
     m_executableCommandsManager->refreshCommands();
     m_localAvocadoManager->SendAvocadoInfo();
 }

@@ -7,7 +7,7 @@
 #include <QMutex>
 
 /// Observes the keys of the whole X session without grabbing any, and reduces them to the edges
-/// of at most one held key.
+/// of at most one held key. What the program itself presses (OwnKeyMarks) is no edge.
 ///
 /// AddKey() and ResetKeys() are to be called while the worker is stopped, IsInitialized() at any
 /// time from any thread. Without a display or without XInput 2 the worker idles.
@@ -43,8 +43,11 @@ private:
         int modifiers;
     };
 
+    bool hasRawKeys();
     bool selectRawKeys();
+    void disconnectFromServer();
     void readEvent();
+    bool isXTestDevice(int deviceId);
     void takeEdge(int keycode, bool isPress);
     int getQtKey(int keycode) const;
 
@@ -52,6 +55,10 @@ private:
     QList<KeyEntry> m_keys;
     XDisplayPointer m_display;
     int m_opcode = 0;
+    /// Gets the marks of own keys; goes with the connection.
+    unsigned long m_window = 0;
+    /// What is pressed through XTest now comes from this program.
+    bool m_areOwnKeys = false;
     /// The keycode of the key held, 0 if none.
     int m_held = 0;
     bool m_pushToTalk = false;

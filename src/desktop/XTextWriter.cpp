@@ -2,6 +2,7 @@
 
 #include "core/settings/TextWriterSettings.h"
 #include "desktop/HotKeyInfo.h"
+#include "desktop/OwnKeyMarks.h"
 #include "desktop/SpareKey.h"
 #include "desktop/XErrorScope.h"
 
@@ -97,22 +98,63 @@ WindowParent queryParent(Display *display, Window window) {
     return result;
 }
 
-bool isHeld(Display *display, const char *keymap, KeySym keysym) {
-    const KeyCode keycode = XKeysymToKeycode(display, keysym);
+/// The two keys of one modifier.
+struct ModifierKeys {
+    KeyCode left;
+    KeyCode right;
+};
+
+/// The keys of the modifiers that a combination has.
+QVector<ModifierKeys> modifierKeys(Display *display, const HotKeyInfo &key) {
+    QVector<ModifierKeys> keys;
+    for (const HeldModifier &modifier : HeldModifiers) {
+        if (key.modifiers & modifier.mask)
+            keys.append({XKeysymToKeycode(display, modifier.left),
+                         XKeysymToKeycode(display, modifier.right)});
+    }
+    return keys;
+}
+
+bool isHeld(const char *keymap, KeyCode keycode) {
     return keymap[keycode >> 3] & (1 << (keycode & 7));
 }
 
-/// The combination's keys in the order of pressing, without modifiers that the user holds.
-QVector<unsigned int> keysToPress(Display *display, const HotKeyInfo &key) {
+/// No other client's requests are served while it exists.
+class ServerGrab {
+public:
+    explicit ServerGrab(Display *display) : m_display(display) { XGrabServer(display); }
+    ~ServerGrab() {
+        XUngrabServer(m_display);
+        XSync(m_display, False);
+    }
+    ServerGrab(const ServerGrab &) = delete;
+    ServerGrab &operator=(const ServerGrab &) = delete;
+
+private:
+    Display *m_display;
+};
+
+/// Presses and releases a key with those modifiers that the user does not hold. Everything that
+/// takes time is done before: the whole desk waits here.
+/// @return what was pressed, in this order
+QVector<unsigned int> pressAlone(Display *display, const QVector<ModifierKeys> &modifiers,
+                                 unsigned int code) {
+    QVector<unsigned int> keycodes;
+    const ServerGrab grab(display);
     char keymap[32] = {};
     XQueryKeymap(display, keymap);
-    QVector<unsigned int> keycodes;
-    for (const HeldModifier &modifier : HeldModifiers) {
-        if ((key.modifiers & modifier.mask) && !isHeld(display, keymap, modifier.left) &&
-            !isHeld(display, keymap, modifier.right))
-            keycodes.append(XKeysymToKeycode(display, modifier.left));
+    for (const ModifierKeys &modifier : modifiers) {
+        if (!isHeld(keymap, modifier.left) && !isHeld(keymap, modifier.right))
+            keycodes.append(modifier.left);
     }
-    keycodes.append(key.code);
+    keycodes.append(code);
+
+    // The answer above says that the grab stands: whoever listens by now is known to the marks.
+    const OwnKeyMarks marks(display);
+    for (const unsigned int keycode : qAsConst(keycodes))
+        XTestFakeKeyEvent(display, keycode, True, CurrentTime);
+    for (auto keycode = keycodes.crbegin(); keycode != keycodes.crend(); ++keycode)
+        XTestFakeKeyEvent(display, *keycode, False, CurrentTime);
     return keycodes;
 }
 
@@ -270,20 +312,19 @@ void XTextWriter::sendKey(unsigned long root, unsigned long window, unsigned lon
 }
 
 bool XTextWriter::writeKey(unsigned long, const HotKeyInfo &key) {
-    if (!m_display)
+    int unused = 0;
+    // It also readies the extension, which Xlib must not do behind the grab: that takes a lock
+    // which another thread may hold while it waits for the server.
+    if (!m_display || !XTestQueryExtension(m_display.get(), &unused, &unused, &unused, &unused))
         return false;
     Display *display = m_display.get();
     const XErrorScope errors(display);
     XSync(display, False);
     drainEvents(display);
-    const QVector<unsigned int> keycodes = keysToPress(display, key);
-    for (const unsigned int keycode : keycodes) {
+    const QVector<unsigned int> keycodes =
+        pressAlone(display, modifierKeys(display, key), key.code);
+    for (const unsigned int keycode : keycodes)
         qDebug().noquote() << QStringLiteral("push %1").arg(keycode);
-        XTestFakeKeyEvent(display, keycode, True, CurrentTime);
-    }
-    for (auto keycode = keycodes.rbegin(); keycode != keycodes.rend(); ++keycode)
-        XTestFakeKeyEvent(display, *keycode, False, CurrentTime);
-    XSync(display, False);
     return true;
 }
 

@@ -60,6 +60,8 @@ public:
     bool isConnected() const;
     /// Its opening messages have been sent as well.
     bool isOpen() const;
+    /// The client's number of the connection that was ready last.
+    int connectionNumber() const { return m_connectionNumber; }
 
 public slots:
     void updateModeStateInfo(const RecognitionModeInfo &modeInfo);

@@ -41,7 +41,9 @@ void LocalAvocadoManager::SaveCache() const {
     const QStringList words = GetWords();
     for (const QString &word : words)
         stream << word << Qt::endl;
-    file.commit();
+    // commit() alone would take a file that a full disk has cut for a whole one.
+    if (stream.status() == QTextStream::Ok && file.flush())
+        file.commit();
 }
 
 QStringList LocalAvocadoManager::GetWords() const {

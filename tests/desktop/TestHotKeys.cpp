@@ -3,10 +3,15 @@
 #include "XKeyboard.h"
 #include "core/settings/HotkeySettings.h"
 #include "core/workers/SubService.h"
+#include "desktop/HotKeyInfo.h"
 #include "desktop/KeyboardListener.h"
+#include "desktop/TextWriter.h"
 #include "desktop/XHotKeyManager.h"
 
 #include <QSignalSpy>
+
+#include <atomic>
+#include <thread>
 
 /// Gestures on the keys of the session, pressed through the server.
 class TestHotKeys : public QObject {
@@ -22,8 +27,14 @@ private slots:
     void stopsAndStarts();
     void takesNoKeyAway();
     void idlesWithoutADisplay();
+    void spokenKeysAreNoGesture_data();
+    void spokenKeysAreNoGesture();
+    void edgesStandOutFromSpokenKeys_data();
+    void edgesStandOutFromSpokenKeys();
 
 private:
+    bool speakCopy() const;
+
     XKeyboard m_keyboard;
 };
 
@@ -224,6 +235,89 @@ void TestHotKeys::idlesWithoutADisplay() {
     QVERIFY(!listener->IsInitialized());
     service.Stop();
     qputenv("DISPLAY", display);
+}
+
+bool TestHotKeys::speakCopy() const {
+    constexpr unsigned int Control = 4;
+    const auto letter = static_cast<unsigned int>(m_keyboard.keycode(QStringLiteral("c")));
+    return TextWriter::WriteKey(0, HotKeyInfo{letter, Control});
+}
+
+void TestHotKeys::spokenKeysAreNoGesture_data() {
+    QTest::addColumn<bool>("useHotkey");
+    QTest::addColumn<QString>("activated");
+    QTest::newRow("double Ctrl") << true << "0/0/0";
+    QTest::newRow("talk while Ctrl is down") << false << "1/0/1 1/0/2 1/0/1 1/0/2";
+}
+
+void TestHotKeys::spokenKeysAreNoGesture() {
+    QFETCH(bool, useHotkey);
+    QFETCH(QString, activated);
+    store(useHotkey, QStringLiteral("DoubleCtrl"), QStringLiteral("Ctrl"));
+    TextWriter::Init();
+    XHotKeyManager manager;
+    QTRY_VERIFY(manager.IsInitialized());
+    QSignalSpy spy(&manager, &HotKeyManager::activated);
+    for (int i = 0; i < 10; ++i)
+        QVERIFY(speakCopy());
+    QVERIFY2(!spy.wait(Silence), qPrintable(seen(spy)));
+
+    m_keyboard.play(QStringLiteral("+Control_L"));
+    QVERIFY(speakCopy());
+    m_keyboard.play(QStringLiteral("-Control_L +Control_L -Control_L"));
+    QVERIFY(speakCopy());
+    QTRY_COMPARE(seen(spy), activated);
+    QVERIFY2(!spy.wait(Silence), qPrintable(seen(spy)));
+    TextWriter::Cleanup();
+}
+
+void TestHotKeys::edgesStandOutFromSpokenKeys_data() {
+    QTest::addColumn<bool>("pushToTalk");
+    QTest::newRow("double Ctrl") << false;
+    QTest::newRow("push-to-talk") << true;
+}
+
+void TestHotKeys::edgesStandOutFromSpokenKeys() {
+    QFETCH(bool, pushToTalk);
+    auto *listener = new KeyboardListener;
+    SubService service(listener, true);
+    listener->ResetKeys(pushToTalk);
+    listener->AddKey(Qt::Key_Control, 0);
+    QStringList edges;
+    connect(listener, &KeyboardListener::keyEventAction, this, [&edges](bool isUp, int key) {
+        edges += (isUp ? QLatin1Char('-') : QLatin1Char('+')) + QString::number(key);
+    });
+    TextWriter::Init();
+    std::atomic<bool> isOver{false};
+    std::atomic<int> spoken{0};
+    std::thread speaker([&] {
+        for (; !isOver; ++spoken)
+            speakCopy();
+    });
+
+    // The listener comes and goes while commands are spoken without a pause.
+    constexpr int Rounds = 10;
+    constexpr int ClicksARound = 20;
+    const QString click = QStringLiteral("+Control_L -Control_L ");
+    bool areSeen = true;
+    for (int round = 1; round <= Rounds && areSeen; ++round) {
+        service.Start();
+        areSeen = QTest::qWaitFor([listener] { return listener->IsInitialized(); });
+        XKeyboard().play(click.repeated(ClicksARound));
+        const int awaited = 2 * ClicksARound * round;
+        areSeen = areSeen && QTest::qWaitFor([&] { return edges.size() >= awaited; });
+        service.Stop();
+    }
+    isOver = true;
+    speaker.join();
+    TextWriter::Cleanup();
+    QCoreApplication::processEvents();
+    const QString ctrl = QString::number(Qt::Key_Control);
+    const QStringList userClick{QLatin1Char('+') + ctrl, QLatin1Char('-') + ctrl};
+    for (int i = 0; i < edges.size(); ++i)
+        QCOMPARE(edges[i], userClick[i % 2]);
+    QCOMPARE(edges.size(), 2 * Rounds * ClicksARound);
+    QVERIFY2(spoken > 100, qPrintable(QString::number(spoken)));
 }
 
 DESK_TEST_MAIN(TestHotKeys, VirtualDesk::Screen)

@@ -15,10 +15,16 @@ private slots:
     void init();
     void startsAndStopsItsWorkersInOrder();
     void runsOnce();
+    void endsWithoutItsCommands_data();
+    void endsWithoutItsCommands();
     void logsWhereItIsTold_data();
     void logsWhereItIsTold();
 
 private:
+    /// Waits for a message box and closes it by Return.
+    static void closeMessage();
+    /// A new copy of what is beside the executable, in a folder of its own.
+    static QDir copyProgram();
     /// The files of the log folder that the program makes by itself.
     static QStringList ownLogs();
 };
@@ -59,12 +65,7 @@ void TestProgram::runsOnce() {
     QVERIFY(first.waitForLog(QStringLiteral("Start begin: WebSocketWorker")));
     {
         Program second;
-        desk().run(QStringLiteral("xdotool"),
-                   {QStringLiteral("search"), QStringLiteral("--sync"),
-                    QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                    QStringLiteral("^Ошибка$"), QStringLiteral("windowactivate"),
-                    QStringLiteral("--sync")});
-        XKeyboard().play(QStringLiteral("+Return -Return"));
+        closeMessage();
         QCOMPARE(second.waitForExit(), 255);
         QVERIFY(!second.log().contains(QStringLiteral("Start begin")));
     }
@@ -74,6 +75,65 @@ void TestProgram::runsOnce() {
     QVERIFY2(next.waitForLog(QStringLiteral("Start begin: WebSocketWorker")),
              "what a crash leaves behind does not keep the next one from starting");
     QCOMPARE(next.terminate(), 0);
+}
+
+void TestProgram::closeMessage() {
+    desk().run(QStringLiteral("xdotool"),
+               {QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"),
+                QStringLiteral("--name"), QStringLiteral("^Ошибка$"),
+                QStringLiteral("windowactivate"), QStringLiteral("--sync")});
+    desk().screenshot(desk().folder() + QStringLiteral("/message.png"));
+    XKeyboard().play(QStringLiteral("+Return -Return"));
+}
+
+void TestProgram::endsWithoutItsCommands_data() {
+    QTest::addColumn<bool>("isGarbled");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("a garbled file of the user's")
+        << true << "Invalid file format, file '%1/default.json', error 'unterminated array'";
+    QTest::newRow("no file of the system's")
+        << false << "Cannot open file '%1/autoreplaces.json' for reading";
+}
+
+void TestProgram::endsWithoutItsCommands() {
+    QFETCH(bool, isGarbled);
+    QFETCH(QString, reason);
+    const QString commands =
+        qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/Ostrel/Vellumar/commands");
+    QVERIFY(QDir().mkpath(commands));
+    const QByteArray garbled = "{\"Commands\": [";
+    QFile file(commands + QStringLiteral("/default.json"));
+    if (isGarbled) {
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(garbled);
+        file.close();
+    }
+    const QDir folder = copyProgram();
+    if (!isGarbled)
+        QVERIFY(QFile::remove(folder.filePath(QStringLiteral("autoreplaces.json"))));
+
+    Program program(folder.filePath(QStringLiteral("vellumar")));
+    closeMessage();
+    QCOMPARE(program.waitForExit(), 255);
+    const QStringList lines{QStringLiteral("Application exception at startup: "),
+                            reason.arg(isGarbled ? commands : folder.path()),
+                            QStringLiteral("Startup failed")};
+    for (const QString &line : lines)
+        QVERIFY(program.waitForLog(line, 0));
+    if (isGarbled) {
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), garbled);
+    }
+}
+
+QDir TestProgram::copyProgram() {
+    QDir folder(desk().folder() + QStringLiteral("/program"));
+    folder.removeRecursively();
+    folder.mkpath(QStringLiteral("."));
+    const QDir built(QCoreApplication::applicationDirPath());
+    for (const char *name : {"vellumar", "autoreplaces.json"})
+        QFile::copy(built.filePath(QLatin1String(name)), folder.filePath(QLatin1String(name)));
+    return folder;
 }
 
 void TestProgram::logsWhereItIsTold_data() {
@@ -98,19 +158,14 @@ void TestProgram::logsWhereItIsTold() {
     QFETCH(QByteArray, configuration);
     QFETCH(QString, inLog);
     QFETCH(bool, isFallback);
-    const QDir folder(desk().folder() + "/program");
-    QVERIFY(folder.mkpath(QStringLiteral(".")));
-    const QString executable = folder.filePath(QStringLiteral("vellumar"));
-    if (!QFile::exists(executable))
-        QVERIFY(QFile::copy(Program::builtExecutable(), executable));
-    QFile::remove(folder.filePath(QStringLiteral("log.ini")));
+    const QDir folder = copyProgram();
     if (hasFile) {
         QFile file(folder.filePath(QStringLiteral("log.ini")));
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(configuration), configuration.size());
     }
 
-    Program program(executable);
+    Program program(folder.filePath(QStringLiteral("vellumar")));
     QVERIFY(program.waitForLog(inLog));
     QVERIFY(program.waitForLog(QStringLiteral("Start begin: ConnectionManager")));
     QCOMPARE(program.terminate(), 0);
