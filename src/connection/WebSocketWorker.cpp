@@ -4,6 +4,8 @@
 #include "commands/LaunchManager.h"
 #include "commands/UserCommandsManager.h"
 #include "connection/WebSocketClient.h"
+#include "core/settings/FormApiSettings.h"
+#include "formapi/WebSocketProxyServer.h"
 #include "recognition/AsrManager.h"
 #include "recognition/LocalAvocadoManager.h"
 #include "recognition/ResultManager.h"
@@ -20,7 +22,9 @@ WebSocketWorker::WebSocketWorker(AutoReplaceManager *autoReplaceManager,
           QList<ExecutableCommandsSource *>{userCommandsManager, m_launchManager.get()}, m_client)),
       m_resultManager(std::make_unique<ResultManager>(
           m_client, m_asrManager.get(), autoReplaceManager, m_executableCommandsManager.get())),
-      m_localAvocadoManager(std::make_unique<LocalAvocadoManager>(m_client)) {
+      m_localAvocadoManager(std::make_unique<LocalAvocadoManager>(m_client)),
+      m_webSocketServer(std::make_unique<WebSocketProxyServer>(m_client, m_resultManager.get(),
+                                                               m_asrManager.get(), nullptr)) {
     // Direct: the managers live on the main thread, where the signal is emitted, and their messages
     // have their place between the others of a new connection.
     connect(m_asrManager.get(), &AsrManager::connected, this, &WebSocketWorker::onConnected,
@@ -40,6 +44,8 @@ void WebSocketWorker::onConnected() {
 void WebSocketWorker::process(CancellationCondition *cancellation) {
     if (cancellation->isCanceled)
         return;
+    emit m_webSocketServer->stop();
+    emit m_webSocketServer->start(FormApiSettings().Port);
     // The thread's end is the last moment at which the socket may be closed.
     connect(QThread::currentThread(), &QThread::finished, m_client->socket(), &QWebSocket::abort,
             static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::UniqueConnection));

@@ -12,6 +12,7 @@ class LocalAvocadoManager;
 class ResultManager;
 class UserCommandsManager;
 class WebSocketClient;
+class WebSocketProxyServer;
 
 /// Gives the WebSocket client its thread, and owns the managers that speak through it. The managers
 /// stay on the thread that made the worker, the main thread.
@@ -28,6 +29,8 @@ public:
     AsrManager *asrManager() const { return m_asrManager.get(); }
     ResultManager *resultManager() const { return m_resultManager.get(); }
     LocalAvocadoManager *localAvocadoManager() const { return m_localAvocadoManager.get(); }
+    /// The interface for web forms; listens from the worker's start on.
+    WebSocketProxyServer *webSocketServer() const { return m_webSocketServer.get(); }
     LaunchManager *launchManager() const { return m_launchManager.get(); }
 
 public slots:
@@ -44,4 +47,5 @@ private:
     std::unique_ptr<ExecutableCommandsManager> m_executableCommandsManager;
     std::unique_ptr<ResultManager> m_resultManager;
     std::unique_ptr<LocalAvocadoManager> m_localAvocadoManager;
+    std::unique_ptr<WebSocketProxyServer> m_webSocketServer;
 };

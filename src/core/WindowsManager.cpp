@@ -24,6 +24,7 @@
 #include "desktop/NativeGeometry.h"
 #include "desktop/SystemTray.h"
 #include "desktop/TextWriter.h"
+#include "formapi/RestProxyServer.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
 #include "tts/TtsManager.h"
@@ -135,6 +136,7 @@ int WindowsManager::runApplication(int argc, char **argv) {
     pulseAudio.Start();
     createConnectionManager(&engine, m_recordingDevice);
     createHeartbeat();
+    createRestProxy(&engine);
     loadCommands(&autoReplace, &userCommands);
     MonitorViewModel monitor(m_webSocketWorker->asrManager(), m_webSocketWorker->resultManager(),
                              m_recordingDevice, m_connectionManager);
@@ -152,6 +154,7 @@ void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     stopSubServices();
     m_hotKeyManager->keyboardHookUnreg();
     pulseAudio->Stop();
+    m_restProxy.reset();
     m_heartbeatService = nullptr;
     while (!m_subServices.empty())
         m_subServices.pop_back();
@@ -269,6 +272,13 @@ void WindowsManager::connectRecognition() {
     connect(this, &WindowsManager::activationHotkey, asrManager, &AsrManager::startRecognition);
     connect(this, &WindowsManager::deactivationHotkey, asrManager, &AsrManager::stopRecognition);
     connect(this, &WindowsManager::modeChangeHotkey, asrManager, &AsrManager::changeRecognition);
+}
+
+void WindowsManager::createRestProxy(QQmlApplicationEngine *engine) {
+    m_restProxy = std::make_unique<RestProxyServer>();
+    engine->rootContext()->setContextProperty(QStringLiteral("restProxyServer"), m_restProxy.get());
+    connect(m_connectionManager, &ConnectionManager::stateChanged, m_restProxy.get(),
+            &RestProxyServer::onWsConnectionState);
 }
 
 void WindowsManager::createTtsManager(PlaybackDeviceManager *playbackDevice) {

@@ -22,6 +22,7 @@ class PulseAudioManager;
 class QQmlApplicationEngine;
 class QWindow;
 class RecordingDeviceManager;
+class RestProxyServer;
 class RunGuard;
 class SubService;
 class SystemTray;
@@ -98,6 +99,7 @@ private:
     void createConnectionManager(QQmlApplicationEngine *engine,
                                  RecordingDeviceManager *recordingDevice);
     void createHeartbeat();
+    void createRestProxy(QQmlApplicationEngine *engine);
     void createTtsManager(PlaybackDeviceManager *playbackDevice);
     void createTray(QQmlApplicationEngine *engine);
     void connectHotKeys();
@@ -127,6 +129,7 @@ private:
     RecordingDeviceManager *m_recordingDevice = nullptr;
     PlaybackDeviceManager *m_playbackDevice = nullptr;
     std::unique_ptr<TtsManager> m_ttsManager;
+    std::unique_ptr<RestProxyServer> m_restProxy;
     HotKeyManager *m_hotKeyManager = nullptr;
     RunGuard *m_runGuard = nullptr;
     QMutex m_notificationMutex;

@@ -3,6 +3,18 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+namespace {
+
+/// What the server says of its own connection and of the bytes on it, which have been decoded.
+bool concernsTransfer(const QByteArray &name) {
+    static const QList<QByteArray> names{
+        "connection", "content-encoding", "content-length",    "keep-alive", "te",
+        "trailer",    "proxy-connection", "transfer-encoding", "upgrade"};
+    return names.contains(name.toLower());
+}
+
+} // namespace
+
 QString RestHttpWorker::createResult(QNetworkReply *reply) {
     if (reply->error() != QNetworkReply::NoError)
         return createDefaultErrorResult(debugTextOf(reply));
@@ -13,12 +25,16 @@ QString RestHttpWorker::serializeReply(QNetworkReply *reply) {
     const QString status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toString();
     const QString reason = reply->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString();
     QString text = QStringLiteral("HTTP/1.1 %1 %2\r\n").arg(status, reason);
+    const QByteArray body = QString::fromUtf8(reply->readAll()).trimmed().toUtf8();
     const QList<QByteArray> names = reply->rawHeaderList();
     for (const QByteArray &name : names) {
+        if (concernsTransfer(name))
+            continue;
         text += QString::fromLatin1(name) + QLatin1Char(':') +
                 QString::fromLatin1(reply->rawHeader(name)) + QLatin1String("\r\n");
     }
-    return text + QLatin1String("\r\n") + QString::fromUtf8(reply->readAll()).trimmed();
+    text += QStringLiteral("Content-Length:%1\r\n").arg(body.size());
+    return text + QLatin1String("\r\n") + QString::fromUtf8(body);
 }
 
 QString RestHttpWorker::createDefaultErrorResult(const QString &debugText) {

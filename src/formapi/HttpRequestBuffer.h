@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+
+/// Gathers the pieces in which a request arrives. A value for one connection.
+class HttpRequestBuffer {
+public:
+    /// Takes another piece; more than the longest request is dropped.
+    void append(const QByteArray &piece);
+
+    /// True once the header lines and as much body as they announce are there, or nothing useful
+    /// can follow any more.
+    bool isComplete() const;
+    const QByteArray &bytes() const { return m_bytes; }
+
+private:
+    /// Looks for the end of the header lines in what is new.
+    void findBody();
+
+    QByteArray m_bytes;
+    /// Where the line begins that has not been looked at yet.
+    int m_lineStart = 0;
+    bool m_hasBody = false;
+    bool m_isMalformed = false;
+    qint64 m_wholeSize = 0;
+};

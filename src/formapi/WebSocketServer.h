@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+
+class QWebSocket;
+class QWebSocketServer;
+class WebSocketServerSession;
+
+/// A WebSocket server on the loopback address, generic over its sessions, which it owns.
+///
+/// Lives on the thread that made it; start and stop may be emitted from any thread. A port that
+/// cannot be had leaves the server quiet.
+class WebSocketServer : public QObject {
+    Q_OBJECT
+
+public:
+    explicit WebSocketServer(QObject *parent);
+    ~WebSocketServer() override;
+
+    /// The port that it listens on, 0 while it does not.
+    quint16 port() const;
+
+signals:
+    void start(int port);
+    /// Also closes every session.
+    void stop();
+    void closed();
+
+protected slots:
+    /// @return null if the client has gone already
+    virtual WebSocketServerSession *createSession();
+    virtual void newConnection();
+    virtual void sessionDisconnected();
+
+protected:
+    /// The socket of the next client, the caller's to keep; null if there is none.
+    QWebSocket *nextSocket();
+    void deleteAllSessions();
+    const QList<WebSocketServerSession *> &sessions() const { return m_sessions; }
+
+private:
+    void onStart(int port);
+    void onStop();
+
+    QWebSocketServer *m_server;
+    QList<WebSocketServerSession *> m_sessions;
+};
