@@ -5,6 +5,7 @@
 #include "connection/WebSocketClient.h"
 #include "core/settings/ASRSettings.h"
 #include "core/settings/ConnectionManagerSettings.h"
+#include "core/settings/FormApiSettings.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
 
@@ -17,6 +18,9 @@ ClientHarness::ClientHarness(const Stand &stand) {
     stand.writeSettings();
     ConnectionManagerSettings().QuietConnectionEnabled = true;
     ASRSettings().SelectedTheme = QStringLiteral("therapy");
+    // Any port that is free: other tests run beside this one.
+    FormApiSettings().Port = 0;
+    FormApiSettings().RestPort = 0;
 
     m_worker = new WebSocketWorker(&m_autoReplace, &m_userCommands);
     m_userCommands.set_AsrManager(m_worker->asrManager());

@@ -1,0 +1,313 @@
+#include "ClientHarness.h"
+#include "DeskTest.h"
+#include "Stand.h"
+#include "connection/messages/MessageType.h"
+#include "core/settings/LaunchSettings.h"
+#include "formapi/WebSocketProxyServer.h"
+#include "recognition/AsrManager.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkRequest>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QWebSocket>
+
+namespace {
+
+QJsonValue json(const QByteArray &text) {
+    return QJsonDocument::fromJson('[' + text + ']').array()[0];
+}
+
+QByteArray compact(const QJsonValue &value) {
+    const QByteArray text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return text.mid(1, text.size() - 2);
+}
+
+/// A web form's end of the connection.
+class Form {
+public:
+    explicit Form(const WebSocketProxyServer &server, const QByteArray &cookies = {}) {
+        QObject::connect(&m_socket, &QWebSocket::textMessageReceived, &m_socket,
+                         [this](const QString &text) { m_frames << text; });
+        QNetworkRequest request(QUrl(QStringLiteral("ws://127.0.0.1:%1/").arg(server.port())));
+        if (!cookies.isEmpty())
+            request.setRawHeader("Cookie", cookies);
+        m_socket.open(request);
+        if (!QTest::qWaitFor([this] { return isOpen(); }))
+            qWarning("The form could not connect");
+    }
+
+    bool isOpen() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
+    void send(int code, const QJsonValue &data = {}) {
+        m_socket.sendTextMessage(
+            QString::fromUtf8(compact(QJsonObject{{"MessageType", code}, {"Data", data}})));
+    }
+    /// What came, each as "6:[...]".
+    QStringList received() const {
+        QStringList result;
+        for (const QString &text : m_frames) {
+            const QJsonObject frame = QJsonDocument::fromJson(text.toUtf8()).object();
+            result << QString::number(frame["MessageType"].toInt()) + ':' +
+                          QString::fromUtf8(compact(frame["Data"]));
+        }
+        return result;
+    }
+    QWebSocket &socket() { return m_socket; }
+
+private:
+    QWebSocket m_socket;
+    QStringList m_frames;
+};
+
+} // namespace
+
+/// Web forms on the local interface, with a real client and a real server behind it.
+class TestForms : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void passesOnToTheServer_data();
+    void passesOnToTheServer();
+    void passesOnToTheForm_data();
+    void passesOnToTheForm();
+    void describesTheFormToTheNextServer();
+    void returnsToTheIdleMode_data();
+    void returnsToTheIdleMode();
+    void lastFormWins();
+    void survivesBadClients();
+    void listensAnew();
+
+private:
+    WebSocketProxyServer &server() { return *m_client->worker()->webSocketServer(); }
+    /// The server's numbers of the messages so far, of form messages only.
+    QList<int> formMessages();
+    QJsonObject waitForMessage(int type) { return m_stand->waitForMessage(type); }
+
+    std::unique_ptr<Stand> m_stand;
+    std::unique_ptr<ClientHarness> m_client;
+};
+
+void TestForms::init() {
+    m_stand = std::make_unique<Stand>();
+    m_client = std::make_unique<ClientHarness>(*m_stand);
+    m_client->manager()->setReconnectDelay(0);
+    m_client->start();
+    QVERIFY(m_client->waitFor(ConnectionState::Ready));
+    QVERIFY(!waitForMessage(MessageType::StartMode).isEmpty());
+    QTRY_VERIFY(server().port() != 0);
+}
+
+void TestForms::cleanup() {
+    m_client.reset();
+    m_stand.reset();
+}
+
+QList<int> TestForms::formMessages() {
+    m_stand->tell("state");
+    QList<int> types;
+    for (const QJsonObject &event : m_stand->events()) {
+        if (event["event"] == QLatin1String("message") && event["type"].toInt() > 100)
+            types << event["type"].toInt();
+    }
+    return types;
+}
+
+void TestForms::passesOnToTheServer_data() {
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<int>("type");
+    QTest::newRow("anything") << 3 << QByteArray(R"({"a":[1,null,"я"]})") << 103;
+    QTest::newRow("focus outside a form mode") << 5 << QByteArray(R"("name")") << 105;
+    QTest::newRow("last number") << 18 << QByteArray("null") << 118;
+    QTest::newRow("the number left out") << 12 << QByteArray("1") << 0;
+    QTest::newRow("above the series") << 19 << QByteArray("1") << 0;
+    QTest::newRow("no number") << 0 << QByteArray("1") << 0;
+    QTest::newRow("a number of the client's own") << -99 << QByteArray("1") << 0;
+}
+
+void TestForms::passesOnToTheServer() {
+    QFETCH(int, code);
+    QFETCH(QByteArray, data);
+    QFETCH(int, type);
+    Form form(server(), "mis_type=m1; other=x; MIS_USER=u1");
+    const QJsonObject connected = waitForMessage(115);
+    QCOMPARE(compact(connected["data"]), QByteArray(R"({"TypeId":"m1","User":"u1","Version":""})"));
+    form.send(code, json(data));
+    form.send(1);
+    if (type != 0)
+        QCOMPARE(compact(waitForMessage(type)["data"]), data);
+    QVERIFY(!waitForMessage(101).isEmpty());
+    QCOMPARE(formMessages(), type ? (QList<int>{115, type, 101}) : (QList<int>{115, 101}));
+    QVERIFY(!m_client->asr()->getTargetModeInfo()->formElement());
+}
+
+void TestForms::passesOnToTheForm_data() {
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<QString>("received");
+    QTest::newRow("a value of a text field is formatted")
+        << 201 << QByteArray(R"({"Key":"a","Type":0,"Value":"кашель , боль"})")
+        << R"(1:{"Key":"a","Type":0,"Value":"Кашель, боль"})";
+    QTest::newRow("a value of another type is not")
+        << 201 << QByteArray(R"({"Type":3,"Value":"а , б"})") << R"(1:{"Type":3,"Value":"а , б"})";
+    QTest::newRow("groups keep their shape")
+        << 206 << QByteArray(R"([[{"Type":7,"Value":"а ."}],[],[{"Type":1,"Value":"б ."}]])")
+        << R"(6:[[{"Type":7,"Value":"А."}],[],[{"Type":1,"Value":"б ."}]])";
+    QTest::newRow("partial text") << 209 << QByteArray(R"("а , б")") << R"(9:"А, б")";
+    QTest::newRow("anything else") << 218 << QByteArray(R"([1])") << "18:[1]";
+    QTest::newRow("a number of its own") << 800000 << QByteArray("1") << "800000:1";
+    QTest::newRow("a number left out") << 212 << QByteArray("1") << "";
+    QTest::newRow("the client's own") << 22 << QByteArray("{}") << "";
+}
+
+void TestForms::passesOnToTheForm() {
+    QFETCH(int, type);
+    QFETCH(QByteArray, data);
+    QFETCH(QString, received);
+    Form form(server());
+    QVERIFY(!waitForMessage(115).isEmpty());
+    m_stand->tell({{"do", "message"}, {"type", type}, {"data", json(data)}});
+    m_stand->tell({{"do", "message"}, {"type", 200}, {"data", "end"}});
+    const QStringList expected =
+        received.isEmpty() ? QStringList{R"(0:"end")"} : QStringList{received, R"(0:"end")"};
+    QTRY_COMPARE(form.received().size(), expected.size());
+    QCOMPARE(form.received(), expected);
+
+    m_client->asr()->setEnabled(false);
+    m_stand->tell({{"do", "message"}, {"type", 200}, {"data", "lost"}});
+    m_stand->tell({{"do", "message"}, {"type", 218}, {"data", "end"}});
+    QTRY_COMPARE(form.received().last(), R"(18:"end")");
+    QCOMPARE(form.received().size(), expected.size() + 1);
+}
+
+void TestForms::describesTheFormToTheNextServer() {
+    const QJsonValue description =
+        json(R"({"Key":"k","Name":"Осмотр","Mode":1,"Childs":[{"Key":"a"}],"FormSettings":{}})");
+    Form form(server());
+    form.send(6, description);
+    form.send(5, "a");
+    form.send(14, json(R"(["c"])"));
+    form.send(10, json(R"({"s":1})"));
+    QVERIFY(!waitForMessage(110).isEmpty());
+    TargetModeInfo *target = m_client->asr()->getTargetModeInfo();
+    QCOMPARE(target->mode(), RecognitionMode::TemplatedWizardForm);
+    QCOMPARE(target->formElement(), QString("a"));
+
+    m_stand->tell({{"do", "message"}, {"type", 202}, {"data", json(R"({"Key":"b"})")}});
+    QTRY_COMPARE(target->formElement(), QString("b"));
+    QTRY_VERIFY(form.received().contains(R"(2:{"Key":"b"})"));
+    m_stand->forget();
+    m_stand->tell("drop");
+    const QJsonObject again = waitForMessage(MessageType::FormDescription)["data"].toObject();
+    QCOMPARE(again["Key"], QJsonValue("k"));
+    QCOMPARE(compact(again["FormSettings"]), QByteArray(R"({"s":1})"));
+    QCOMPARE(compact(again["FormCommands"]), QByteArray(R"(["c"])"));
+    QCOMPARE(waitForMessage(MessageType::FormElement)["data"], QJsonValue("b"));
+    QVERIFY2(form.isOpen(), "the form sees nothing of it");
+}
+
+void TestForms::returnsToTheIdleMode_data() {
+    QTest::addColumn<bool>("listens");
+    QTest::addColumn<int>("mode");
+    QTest::newRow("to nothing") << false << 0;
+    QTest::newRow("to voice activation") << true << 1;
+}
+
+void TestForms::returnsToTheIdleMode() {
+    QFETCH(bool, listens);
+    LaunchSettings().VoiceActivationEnabled = listens;
+    Form form(server());
+    form.send(6, json(R"({"Key":"k"})"));
+    form.send(7, json(R"({"ignored":true})"));
+    QCOMPARE(waitForMessage(107)["data"], QJsonValue(listens ? 1 : 0));
+    TargetModeInfo *target = m_client->asr()->getTargetModeInfo();
+    QCOMPARE(target->isEmpty(), !listens);
+    QVERIFY(!target->form());
+    QTEST(static_cast<int>(target->getTargetMode().value_or(RecognitionMode::Text)), "mode");
+}
+
+void TestForms::lastFormWins() {
+    Form first(server(), "MIS_TYPE=one");
+    QVERIFY(!waitForMessage(MessageType::StartMode).isEmpty());
+    m_client->asr()->startRecognition();
+    QVERIFY(!waitForMessage(MessageType::StartMode).isEmpty());
+    Form second(server(), "MIS_TYPE=two");
+    QCOMPARE(waitForMessage(MessageType::StartMode)["data"].toObject()["Type"].toInt(-1), 0);
+    QCOMPARE(formMessages(), (QList<int>{115, 116, 115}));
+    QTRY_VERIFY(!first.isOpen());
+    m_stand->tell({{"do", "message"}, {"type", 218}, {"data", 1}});
+    QTRY_COMPARE(second.received(), QStringList{"18:1"});
+    QCOMPARE(first.received(), QStringList());
+
+    const auto identityOfNextConnection = [this] {
+        m_stand->forget();
+        m_stand->tell("drop");
+        return m_stand->waitFor("connected")["headers"].toObject()["cookie"].toString();
+    };
+    const QString withForm = identityOfNextConnection();
+    QVERIFY2(withForm.contains("MIS_TYPE=two"), qPrintable(withForm));
+    second.socket().close();
+    QVERIFY(!waitForMessage(116).isEmpty());
+    QVERIFY(!identityOfNextConnection().contains("MIS_TYPE=two"));
+}
+
+void TestForms::survivesBadClients() {
+    QTcpSocket halfOpen;
+    halfOpen.connectToHost("127.0.0.1", server().port());
+    Form form(server());
+    for (const QByteArray &text : {QByteArray("no JSON"), QByteArray("[1]"), QByteArray(10000, '['),
+                                   QByteArray(R"({"MessageType":6,"Data":"no object"})"),
+                                   QByteArray(10 << 20, 'x'), QByteArray(R"({"MessageType":"5"})")})
+        form.socket().sendTextMessage(QString::fromUtf8(text));
+    form.socket().sendBinaryMessage(QByteArray(1 << 20, '\0'));
+    form.send(1, "still here");
+    QCOMPARE(waitForMessage(101)["data"], QJsonValue("still here"));
+
+    for (int i = 0; i < 30; ++i) {
+        Form other(server());
+        QTcpSocket().connectToHost("127.0.0.1", server().port());
+    }
+    Form last(server());
+    last.send(2, "the last");
+    QCOMPARE(waitForMessage(102)["data"], QJsonValue("the last"));
+    QVERIFY(m_client->asr()->isConnected());
+
+    // A form that does not read, and a server that has much to say.
+    QTcpSocket deaf;
+    deaf.setReadBufferSize(1);
+    deaf.connectToHost("127.0.0.1", server().port());
+    deaf.write("GET / HTTP/1.1\r\nHost: localhost\r\nUpgrade: websocket\r\n"
+               "Connection: Upgrade\r\nSec-WebSocket-Key: MDEyMzQ1Njc4OWFiY2RlZg==\r\n"
+               "Sec-WebSocket-Version: 13\r\n\r\n");
+    QTRY_VERIFY(!last.isOpen());
+    QVERIFY(server().currentSession());
+    const QJsonObject much{
+        {"do", "send"}, {"text", R"({"MessageType":218,"Data":")" + QString(1 << 20, 'x') + "\"}"}};
+    for (int i = 0; i < 40; ++i)
+        m_stand->tell(much);
+    QTRY_VERIFY(!server().currentSession());
+    QVERIFY(m_client->asr()->isConnected());
+}
+
+void TestForms::listensAnew() {
+    Form form(server());
+    const quint16 port = server().port();
+    QTcpServer taken;
+    QVERIFY(taken.listen(QHostAddress::LocalHost));
+    emit server().stop();
+    QTRY_VERIFY(!form.isOpen());
+    emit server().start(taken.serverPort());
+    QCOMPARE(server().port(), quint16(0));
+    emit server().stop();
+    emit server().start(port);
+    Form again(server());
+    QVERIFY(again.isOpen());
+    QVERIFY(server().currentSession());
+}
+
+DESK_CORE_TEST_MAIN(TestForms)
+#include "TestForms.moc"

@@ -1,0 +1,299 @@
+#include "DeskTest.h"
+#include "core/settings/ClientConnectionSettings.h"
+#include "core/settings/FormApiSettings.h"
+#include "formapi/RestProxyServer.h"
+
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <memory>
+#include <vector>
+
+namespace {
+
+/// A recognition server that keeps what it is sent and answers what it is told, or nothing.
+class FakeServer : public QTcpServer {
+public:
+    FakeServer() {
+        if (!listen(QHostAddress(QStringLiteral("127.0.0.2"))))
+            qWarning("No port for the server");
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            QTcpSocket *socket = nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+                request += socket->readAll();
+                const int body = request.indexOf("\r\n\r\n") + 4;
+                const int header = request.toLower().indexOf("content-length:");
+                const int length =
+                    header < 0 ? 0 : request.mid(header + 15, 20).split('\r')[0].trimmed().toInt();
+                if (!answer.isEmpty() && body > 3 && request.size() >= body + length)
+                    socket->write(answer);
+            });
+        });
+    }
+
+    QByteArray body() const { return request.mid(request.indexOf("\r\n\r\n") + 4); }
+
+    QByteArray request;
+    QByteArray answer = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}";
+};
+
+ConnectionStateInfo stateInfo(ConnectionState state) {
+    ConnectionStateInfo info;
+    info.setState(static_cast<int>(state));
+    return info;
+}
+
+/// Header and body of an answer; without them what came instead.
+struct Answer {
+    explicit Answer(const QByteArray &bytes) {
+        const int end = bytes.indexOf("\r\n\r\n");
+        head = bytes.left(end);
+        body = end < 0 ? QByteArray() : bytes.mid(end + 4);
+    }
+    /// The length that it tells is the length that it has.
+    bool isWellFormed() const {
+        return head.toLower().contains("content-length:" + QByteArray::number(body.size())) ||
+               head.toLower().contains("content-length: " + QByteArray::number(body.size()));
+    }
+    QString errorText() const {
+        return QJsonDocument::fromJson(body).object()["Error"].toObject()["Text"].toString();
+    }
+
+    QByteArray head;
+    QByteArray body;
+};
+
+} // namespace
+
+/// Requests of forms on their way to the recognition server, byte for byte.
+class TestRestProxy : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void handsOnRequests_data();
+    void handsOnRequests();
+    void handsOnAnswers_data();
+    void handsOnAnswers();
+    void takesRequestsInPieces_data();
+    void takesRequestsInPieces();
+    void refusesWhatIsNoRequest_data();
+    void refusesWhatIsNoRequest();
+    void leadsToNoLoop();
+    void listensWhileThereIsAServer();
+    void waitsForASilentServer();
+
+private:
+    QByteArray ask(const QList<QByteArray> &pieces, int timeoutMs = 10000);
+    std::unique_ptr<QTcpSocket> send(const QByteArray &request);
+
+    std::unique_ptr<FakeServer> m_server;
+    std::unique_ptr<RestProxyServer> m_proxy;
+    quint16 m_port = 0;
+};
+
+void TestRestProxy::init() {
+    m_proxy.reset();
+    m_server = std::make_unique<FakeServer>();
+    QTcpServer free;
+    QVERIFY(free.listen(QHostAddress::LocalHost));
+    m_port = free.serverPort();
+    free.close();
+    {
+        ClientConnectionSettings server;
+        server.Ip = QStringLiteral("127.0.0.2");
+        server.RestPort = m_server->serverPort();
+        FormApiSettings().RestPort = m_port;
+    }
+    m_proxy = std::make_unique<RestProxyServer>();
+    QMetaObject::invokeMethod(
+        m_proxy.get(),
+        [this] { m_proxy->onWsConnectionState(stateInfo(ConnectionState::WsConnected)); },
+        Qt::BlockingQueuedConnection);
+}
+
+std::unique_ptr<QTcpSocket> TestRestProxy::send(const QByteArray &request) {
+    auto socket = std::make_unique<QTcpSocket>();
+    socket->connectToHost(QStringLiteral("127.0.0.1"), m_port);
+    socket->write(request);
+    return socket;
+}
+
+QByteArray TestRestProxy::ask(const QList<QByteArray> &pieces, int timeoutMs) {
+    const auto socket = send(QByteArray());
+    if (!socket->waitForConnected())
+        return "refused";
+    for (const QByteArray &piece : pieces) {
+        socket->write(piece);
+        while (socket->bytesToWrite() > 0 && socket->waitForBytesWritten()) {
+        }
+        QCoreApplication::processEvents();
+    }
+    if (!QTest::qWaitFor([&socket] { return socket->state() == QAbstractSocket::UnconnectedState; },
+                         timeoutMs))
+        return "no answer";
+    return socket->readAll();
+}
+
+void TestRestProxy::handsOnRequests_data() {
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<QByteArray>("body");
+    const QByteArray json = "{\"a\": \"я\"}\n";
+    QTest::newRow("a GET") << QByteArray("GET /api/Theme?x=1 HTTP/1.1\r\nHost: localhost:1\r\n\r\n")
+                           << QByteArray("GET /api/Theme?x=1 HTTP/1.1")
+                           << QByteArray("Host: 127.0.0.2:1") << QByteArray();
+    QTest::newRow("a POST, its body as it is")
+        << "POST /api/Claim HTTP/1.1\r\nCookie: c=1\r\nContent-Length: 13\r\n\r\n" + json
+        << QByteArray("POST /api/Claim HTTP/1.1") << QByteArray("Cookie: c=1") << json;
+    QTest::newRow("lines that end in line feeds only")
+        << "POST /a HTTP/1.1\nAuthorization: b\nContent-Length: 13\n\n" + json
+        << QByteArray("POST /a HTTP/1.1") << QByteArray("Authorization: b") << json;
+    QTest::newRow("a name of this machine in the body")
+        << QByteArray("POST /a HTTP/1.1\r\nContent-Length: 9\r\n\r\nlocalhost")
+        << QByteArray("POST /a HTTP/1.1") << QByteArray("Content-Length: 9")
+        << QByteArray("127.0.0.2");
+    QTest::newRow("a PUT goes as a GET")
+        << QByteArray("PUT /a HTTP/1.1\r\nX-A: 1\r\nContent-Length: 2\r\n\r\n{}")
+        << QByteArray("GET /a HTTP/1.1") << QByteArray("X-A: 1") << QByteArray();
+    QTest::newRow("no header lines")
+        << QByteArray("GET /a HTTP/1.1\r\n\r\n") << QByteArray("GET /a HTTP/1.1")
+        << QByteArray("Host:") << QByteArray();
+}
+
+void TestRestProxy::handsOnRequests() {
+    QFETCH(QByteArray, request);
+    QFETCH(QByteArray, header);
+    QVERIFY(Answer(ask({request})).head.startsWith("HTTP/1.1 200 OK"));
+    QTEST(m_server->request.split('\r')[0], "line");
+    QVERIFY2(m_server->request.contains("\r\n" + header), m_server->request);
+    QTEST(m_server->body(), "body");
+    QCOMPARE(m_server->request.toLower().count("content-length"),
+             m_server->request.startsWith("GET") ? 0 : 1);
+}
+
+void TestRestProxy::handsOnAnswers_data() {
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("white space around the body")
+        << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 6\r\nX-A: 1\r\n\r\n\n{1} \n")
+        << QByteArray("{1}");
+    QTest::newRow("in chunks")
+        << QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nX-A: 1\r\n\r\n"
+                      "2\r\n{\"\r\n4\r\n\xD1\x8F\"}\r\n0\r\n\r\n")
+        << QByteArray("{\"я\"}");
+    QTest::newRow("compressed")
+        << "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 22\r\nX-A: 1\r\n\r\n" +
+               QByteArray::fromHex("1f8b08000000000000ffabae050043bfa6a302000000")
+        << QByteArray("{}");
+}
+
+void TestRestProxy::handsOnAnswers() {
+    QFETCH(QByteArray, answer);
+    m_server->answer = answer;
+    const Answer got(ask({"GET /a HTTP/1.1\r\nAccept-Encoding: br\r\n\r\n"}));
+    QTEST(got.body, "body");
+    QVERIFY2(got.isWellFormed(), got.head);
+    QVERIFY(got.head.contains("\r\nX-A:1"));
+    QVERIFY(!got.head.toLower().contains("chunked"));
+    QVERIFY(!got.head.toLower().contains("gzip"));
+}
+
+void TestRestProxy::takesRequestsInPieces_data() {
+    QTest::addColumn<QList<QByteArray>>("pieces");
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("body behind the headers")
+        << QList<QByteArray>{"POST /a HTTP/1.1\r\nContent-Length: 4\r\n\r\n", "{", "1}\n"}
+        << QByteArray("{1}\n");
+    QList<QByteArray> bytes;
+    for (const char byte : QByteArray("POST /a HTTP/1.1\r\nContent-Length: 2\r\n\r\n{}"))
+        bytes << QByteArray(1, byte);
+    QTest::newRow("single bytes") << bytes << QByteArray("{}");
+    QTest::newRow("body of 20 MB")
+        << QList<QByteArray>{"POST /a HTTP/1.1\r\nContent-Length: 20971520\r\n\r\n",
+                             QByteArray(20 << 20, 'x')}
+        << QByteArray(20 << 20, 'x');
+    QTest::newRow("a body that never comes to its end")
+        << QList<QByteArray>{"POST /a HTTP/1.1\r\nContent-Length: 100\r\n\r\n{"} << QByteArray("{");
+    QTest::newRow("100,000 headers")
+        << QList<QByteArray>{"POST /a HTTP/1.1\r\n", QByteArray("X-A: 1\r\n").repeated(100000),
+                             "Content-Length: 2\r\n\r\n{}"}
+        << QByteArray("{}");
+}
+
+void TestRestProxy::takesRequestsInPieces() {
+    QFETCH(QList<QByteArray>, pieces);
+    QVERIFY(ask(pieces).startsWith("HTTP/1.1 200 OK"));
+    QTEST(m_server->body(), "body");
+}
+
+void TestRestProxy::refusesWhatIsNoRequest_data() {
+    QTest::addColumn<QByteArray>("request");
+    QTest::newRow("no blank") << QByteArray("GARBAGE\n");
+    QTest::newRow("no line feed") << QByteArray("GARBAGE");
+    QTest::newRow("an empty line") << QByteArray("\r\n\r\n");
+}
+
+void TestRestProxy::refusesWhatIsNoRequest() {
+    QFETCH(QByteArray, request);
+    const Answer got(ask({request}));
+    QVERIFY2(got.head.startsWith("HTTP/1.1 400 "), got.head);
+    QVERIFY(got.isWellFormed());
+    QCOMPARE(got.errorText(), QString("Некорректный формат запроса"));
+    QVERIFY(m_server->request.isEmpty());
+}
+
+void TestRestProxy::leadsToNoLoop() {
+    ClientConnectionSettings server;
+    server.Ip = QStringLiteral(" localhost ");
+    server.RestPort = m_port;
+    server.sync();
+    QCOMPARE(ask({"GET /a HTTP/1.1\r\n\r\n"}), QByteArray());
+}
+
+void TestRestProxy::listensWhileThereIsAServer() {
+    const auto enter = [this](ConnectionState state) {
+        QMetaObject::invokeMethod(
+            m_proxy.get(), [=] { m_proxy->onWsConnectionState(stateInfo(state)); },
+            Qt::BlockingQueuedConnection);
+    };
+    enter(ConnectionState::Ready);
+    QVERIFY(ask({"GET /a HTTP/1.1\r\n\r\n"}).startsWith("HTTP/1.1 200"));
+    enter(ConnectionState::Disconnected);
+    QCOMPARE(ask({}), QByteArray("refused"));
+    enter(ConnectionState::WsConnected);
+    QTcpSocket other;
+    other.connectToHost(QStringLiteral("127.0.0.3"), m_port);
+    QVERIFY2(!other.waitForConnected(), "only one address of this machine is served");
+    m_server->close();
+    const Answer got(ask({"GET /a HTTP/1.1\r\n\r\n"}));
+    QVERIFY2(got.head.startsWith("HTTP/1.1 504"), got.head);
+    QVERIFY(got.isWellFormed());
+}
+
+void TestRestProxy::waitsForASilentServer() {
+    m_server->answer.clear();
+    std::vector<std::unique_ptr<QTcpSocket>> waiting;
+    for (int i = 0; i < 5; ++i)
+        waiting.push_back(send("GET /a HTTP/1.1\r\n\r\n"));
+    QByteArray answer;
+    const auto isAnswered = [&] {
+        for (const auto &socket : waiting)
+            answer += socket->readAll();
+        return !answer.isEmpty();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isAnswered(), 9000);
+    QVERIFY(answer.startsWith("HTTP/1.1 504"));
+    QVERIFY(!m_server->request.isEmpty());
+    QElapsedTimer end;
+    end.start();
+    m_proxy.reset();
+    QVERIFY2(end.elapsed() < 2000, "nobody waits for the other four");
+}
+
+DESK_CORE_TEST_MAIN(TestRestProxy)
+#include "TestRestProxy.moc"
