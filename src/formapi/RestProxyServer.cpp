@@ -90,7 +90,10 @@ RestProxyServer::RestProxyServer() {
         &m_thread, &QThread::finished, this,
         [this] {
             close();
-            qDeleteAll(findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly));
+            const auto sockets = findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly);
+            for (QTcpSocket *socket : sockets)
+                socket->disconnect(this);
+            qDeleteAll(sockets);
             moveToThread(QCoreApplication::instance()->thread());
         },
         Qt::DirectConnection);
@@ -172,6 +175,9 @@ void RestProxyServer::answer(QTcpSocket *socket) {
     qCDebug(restproxylog).noquote() << request;
     if (!leadsBackHere())
         socket->write(parseHeaders(request, proxyRequest));
+    // Before the next request takes this thread for as long as its answer takes.
+    while (socket->bytesToWrite() > 0 && socket->waitForBytesWritten(pauseMs)) {
+    }
     socket->disconnectFromHost();
 }
 

@@ -93,6 +93,15 @@ private:
 
 void TestForms::init() {
     m_stand = std::make_unique<Stand>();
+    // A loss of the last server of a list would end what the form began.
+    const QJsonObject second = m_stand->tell("open");
+    const QString secondAddress =
+        QStringLiteral("127.0.0.1;%1;%2").arg(second["port"].toInt()).arg(second["rest"].toInt());
+    m_stand->tell(
+        {{"do", "servers"},
+         {"mode", "normal"},
+         {"list", QJsonArray{QJsonObject{{"ConnectionString", m_stand->connectionString()}},
+                             QJsonObject{{"ConnectionString", secondAddress}}}}});
     m_client = std::make_unique<ClientHarness>(*m_stand);
     m_client->manager()->setReconnectDelay(0);
     m_client->start();
