@@ -48,6 +48,8 @@ void HttpConnection::read() {
 void HttpConnection::answer(int status, const QByteArray &body) {
     QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reasonOf(status);
     head += "\r\nContent-Type: application/json; charset=utf-8\r\nConnection: close";
+    // Web pages ask too, through the client's proxy.
+    head += "\r\nAccess-Control-Allow-Origin: *";
     head += "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n";
     m_socket->write(head + body);
     m_socket->disconnectFromHost();

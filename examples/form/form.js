@@ -1,0 +1,130 @@
+"use strict";
+
+// How a web form takes part in dictation. docs/form-interface.md tells every code.
+
+const address = new URLSearchParams(location.search);
+const socketPort = address.get("port") || 33999;
+const restPort = address.get("rest") || 39256;
+
+// The numbers that a form sends, and those that it gets.
+const Send = { focus: 5, description: 6, finished: 7, theme: 9 };
+const Get = { state: 0, value: 1, focus: 2, values: 6, partial: 9 };
+
+// What the server is told of the fields; type 0 is a text.
+const fields = [
+    { Key: "complaints", Name: "Жалобы", Type: 0 },
+    { Key: "anamnesis", Name: "Анамнез", Type: 0 },
+    { Key: "conclusion", Name: "Заключение", Type: 0 },
+];
+
+const RETRY_MS = 2000;
+// The interface closes a form with this code when another page takes its place.
+const REPLACED = 1000;
+
+const byId = (id) => document.getElementById(id);
+const fieldOf = (key) => document.querySelector(`textarea[name="${CSS.escape(key)}"]`);
+
+let socket = null;
+let isTold = false; // the focus is being moved at the server's word
+
+function send(code, data) {
+    if (socket && socket.readyState === WebSocket.OPEN)
+        socket.send(JSON.stringify({ MessageType: code, Data: data }));
+}
+
+function show(text, isOpen, offersAgain) {
+    byId("state").textContent = text;
+    byId("connection").classList.toggle("open", isOpen);
+    byId("again").hidden = !offersAgain;
+    byId("finish").disabled = !isOpen;
+}
+
+function connect() {
+    if (socket)
+        return;
+    show("Подключение…", false, false);
+    socket = new WebSocket(`ws://127.0.0.1:${socketPort}/`);
+    socket.onopen = describe;
+    socket.onmessage = (event) => receive(JSON.parse(event.data));
+    socket.onclose = lose;
+}
+
+// The form introduces itself anew each time: the program forgets it when the page goes.
+function describe() {
+    show("Диктовка в форму: говорите", true, false);
+    send(Send.description, {
+        Key: "examination", Name: document.title, Mode: 0, CultureCode: "ru-RU", ThemeId: "",
+        Childs: fields, CustomCommands: [], FormCommands: [], FormSettings: {}, IsDeleted: false,
+    });
+    const active = document.activeElement;
+    send(Send.focus, active && active.name ? active.name : fields[0].Key);
+    loadThemes();
+}
+
+function lose(event) {
+    socket = null;
+    byId("partial").textContent = "";
+    if (event.code === REPLACED) {
+        show("Диктовка идёт в другую страницу", false, true);
+        return;
+    }
+    show("Программа диктовки недоступна, подключение повторится", false, true);
+    setTimeout(connect, RETRY_MS);
+}
+
+function receive({ MessageType: code, Data: data }) {
+    if (code === Get.value)
+        insert(data);
+    else if (code === Get.values)
+        data.flat().forEach(insert);
+    else if (code === Get.focus)
+        focus(data.Key);
+    else if (code === Get.partial)
+        byId("partial").textContent = data;
+}
+
+// The text comes formatted, with the blank that it needs in front.
+function insert({ Key: key, Value: value }) {
+    const field = fieldOf(key);
+    if (!field)
+        return;
+    field.setRangeText(value, field.selectionStart, field.selectionEnd, "end");
+    byId("partial").textContent = "";
+}
+
+function focus(key) {
+    const field = fieldOf(key);
+    if (!field || field === document.activeElement)
+        return;
+    isTold = true;
+    field.focus();
+    isTold = false;
+}
+
+// Plain HTTP, through the program, to whatever recognition server it is connected to.
+async function loadThemes() {
+    const list = byId("theme");
+    try {
+        const answer = await fetch(`http://127.0.0.1:${restPort}/api/Theme`);
+        const themes = (await answer.json()).Data;
+        list.replaceChildren(...themes.map((theme) => new Option(theme.Name, theme.Id)));
+        list.onchange = () => send(Send.theme, themes[list.selectedIndex]);
+        list.disabled = false;
+    } catch (error) {
+        list.replaceChildren(new Option("Список недоступен"));
+        list.disabled = true;
+    }
+}
+
+for (const { Key: key, Name: name } of fields) {
+    const label = Object.assign(document.createElement("label"), { htmlFor: key, textContent: name });
+    const field = Object.assign(document.createElement("textarea"), { id: key, name: key });
+    field.addEventListener("focus", () => isTold || send(Send.focus, key));
+    byId("fields").append(label, field);
+}
+byId("again").onclick = connect;
+byId("finish").onclick = () => {
+    send(Send.finished, null);
+    show("Диктовка в форму закончена", true, false);
+};
+connect();

@@ -1,0 +1,181 @@
+#include "Browser.h"
+#include "DeskTest.h"
+#include "Program.h"
+#include "Stand.h"
+#include "connection/messages/MessageType.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/ConnectionManagerSettings.h"
+#include "core/settings/FormApiSettings.h"
+
+#include <QJsonArray>
+#include <QTcpServer>
+
+namespace {
+
+constexpr int FormEnds = 116;
+constexpr int FormBegins = 115;
+
+/// Two ports that are free now.
+QPair<int, int> freePorts() {
+    QTcpServer one;
+    QTcpServer two;
+    one.listen(QHostAddress::LocalHost);
+    two.listen(QHostAddress::LocalHost);
+    return {one.serverPort(), two.serverPort()};
+}
+
+} // namespace
+
+/// The example form in a real browser, with the program and a server behind it.
+class TestWebForm : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void isFilledByVoice();
+    void followsTheFocus();
+    void givesWayToAnotherPage();
+    void endsWithItsPage();
+    void outlivesTheServer();
+    void isReloadedManyTimes();
+
+private:
+    QString state() { return m_browser->eval("document.getElementById('state').textContent"); }
+    QString value(const char *key) {
+        return m_browser->eval(QStringLiteral("document.getElementById('%1').value").arg(key));
+    }
+    void sayInto(const char *key, const char *text) {
+        m_stand->tell({{"do", "message"},
+                       {"type", 201},
+                       {"data", QJsonObject{{"Key", key}, {"Type", 0}, {"Value", QString(text)}}}});
+    }
+    QString focused() { return m_browser->eval("document.activeElement.id"); }
+
+    const QString m_ready = "Диктовка в форму: говорите";
+    std::unique_ptr<Stand> m_stand;
+    std::unique_ptr<Program> m_program;
+    std::unique_ptr<Browser> m_browser;
+    QUrl m_page = QUrl::fromLocalFile(FORM);
+};
+
+void TestWebForm::initTestCase() {
+    const auto [port, restPort] = freePorts();
+    m_page.setQuery(QStringLiteral("port=%1&rest=%2").arg(port).arg(restPort));
+    m_stand = std::make_unique<Stand>();
+    m_stand->writeSettings();
+    // A loss of the last server of a list would end what the form began.
+    const QJsonObject second = m_stand->tell("open");
+    const QString secondAddress =
+        QStringLiteral("127.0.0.1;%1;%2").arg(second["port"].toInt()).arg(second["rest"].toInt());
+    m_stand->tell(
+        {{"do", "servers"},
+         {"mode", "normal"},
+         {"list", QJsonArray{QJsonObject{{"ConnectionString", m_stand->connectionString()}},
+                             QJsonObject{{"ConnectionString", secondAddress}}}}});
+    {
+        ConnectionManagerSettings().QuietConnectionEnabled = true;
+        ASRSettings().SelectedTheme = QStringLiteral("therapy");
+        FormApiSettings().Port = port;
+        FormApiSettings().RestPort = restPort;
+    }
+    Settings(QString()).sync();
+    m_program = std::make_unique<Program>();
+    QVERIFY(!m_stand->waitForMessage(MessageType::StartMode, 20000).isEmpty());
+    m_browser = std::make_unique<Browser>();
+}
+
+void TestWebForm::cleanupTestCase() {
+    m_browser.reset();
+    QCOMPARE(m_program->terminate(), 0);
+    m_program.reset();
+    m_stand.reset();
+}
+
+void TestWebForm::init() {
+    m_browser->open(m_page);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), m_ready, 10000);
+    QVERIFY(!m_stand->waitForMessage(MessageType::FormElement).isEmpty());
+}
+
+void TestWebForm::isFilledByVoice() {
+    sayInto("complaints", "кашель , одышка");
+    sayInto("anamnesis", "болеет неделю .");
+    sayInto("conclusion", "бронхит");
+    sayInto("conclusion", "острый");
+    QTRY_COMPARE(value("conclusion"), QString(" Бронхит острый"));
+    QCOMPARE(value("complaints"), QString("Кашель, одышка"));
+    QCOMPARE(value("anamnesis"), QString(" болеет неделю."));
+    m_stand->tell({{"do", "message"}, {"type", 209}, {"data", "слово , за"}});
+    QTRY_COMPARE(m_browser->eval("document.getElementById('partial').textContent"),
+                 QString("слово, за"));
+    QTRY_COMPARE(m_browser->eval("[...document.getElementById('theme').options].map(o => o.text)"),
+                 QString("Терапия,Кардиология,Хирургия"));
+    desk().screenshot(desk().folder() + "/form.png");
+}
+
+void TestWebForm::followsTheFocus() {
+    m_stand->tell({{"do", "message"}, {"type", 202}, {"data", QJsonObject{{"Key", "conclusion"}}}});
+    QTRY_COMPARE(focused(), QString("conclusion"));
+    m_stand->forget();
+    m_browser->click("#anamnesis");
+    QCOMPARE(m_stand->waitForMessage(MessageType::FormElement)["data"].toString(),
+             QString("anamnesis"));
+}
+
+void TestWebForm::givesWayToAnotherPage() {
+    const QString first = m_browser->window();
+    m_stand->forget();
+    m_browser->openWindow();
+    m_browser->open(m_page);
+    QTRY_COMPARE(state(), m_ready);
+    QVERIFY(!m_stand->waitForMessage(FormEnds).isEmpty());
+    QVERIFY(!m_stand->waitForMessage(FormBegins).isEmpty());
+    sayInto("complaints", "для второй");
+    QTRY_VERIFY(!value("complaints").isEmpty());
+    m_browser->closeWindow();
+    m_browser->switchTo(first);
+    QTRY_COMPARE(state(), QString("Диктовка идёт в другую страницу"));
+    QCOMPARE(value("complaints"), QString());
+    m_browser->click("#again");
+    QTRY_COMPARE(state(), m_ready);
+}
+
+void TestWebForm::endsWithItsPage() {
+    const QString first = m_browser->window();
+    m_browser->openWindow();
+    m_browser->open(m_page);
+    QTRY_COMPARE(state(), m_ready);
+    m_stand->forget();
+    m_stand->tell({{"do", "message"}, {"type", 209}, {"data", "недосказан"}});
+    m_browser->closeWindow();
+    QVERIFY(!m_stand->waitForMessage(FormEnds).isEmpty());
+    m_browser->switchTo(first);
+}
+
+void TestWebForm::outlivesTheServer() {
+    sayInto("complaints", "до");
+    QTRY_VERIFY(!value("complaints").isEmpty());
+    m_stand->forget();
+    m_stand->tell("drop");
+    const QJsonObject description =
+        m_stand->waitForMessage(MessageType::FormDescription)["data"].toObject();
+    QCOMPARE(description["Childs"].toArray().size(), 3);
+    QVERIFY(!m_stand->waitForMessage(MessageType::FormElement).isEmpty());
+    sayInto("complaints", "после");
+    QTRY_VERIFY(value("complaints").endsWith("после", Qt::CaseInsensitive));
+    QCOMPARE(state(), m_ready);
+}
+
+void TestWebForm::isReloadedManyTimes() {
+    for (int i = 0; i < 10; ++i)
+        m_browser->reload();
+    QTRY_COMPARE(state(), m_ready);
+    m_stand->tell("state");
+    sayInto("anamnesis", "цел");
+    QTRY_VERIFY(value("anamnesis").contains("цел", Qt::CaseInsensitive));
+}
+
+DESK_TEST_MAIN(TestWebForm, VirtualDesk::Screen | VirtualDesk::Sound)
+#include "TestWebForm.moc"
