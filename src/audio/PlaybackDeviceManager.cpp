@@ -95,8 +95,7 @@ void PlaybackDeviceManager::OnDeviceStart() {
     Device()->setNotifyInterval(m_volumePollPeriodMs);
     connect(Device(), &QAudioOutput::notify, this, &PlaybackDeviceManager::read_Volume,
             queuedAndUnique);
-    // A device that were filled only when it runs empty would fall silent between two fillings.
-    connect(Device(), &QAudioOutput::notify, this, &PlaybackDeviceManager::WriteDataToStream,
+    connect(Device(), &QAudioOutput::notify, this, &PlaybackDeviceManager::KeepPlaying,
             queuedAndUnique);
     set_Volume(PlaybackDeviceSettings().Volume);
     m_outputStream = Device()->start();
@@ -128,8 +127,11 @@ void PlaybackDeviceManager::UpdateLevel(int level) {
 void PlaybackDeviceManager::playSoundFile(const QString &filePath) {
     try {
         QFile file(filePath);
-        if (file.open(QIODevice::ReadOnly) && file.seek(wavHeaderBytes))
-            playSound(file.readAll());
+        if (!file.open(QIODevice::ReadOnly) || !file.seek(wavHeaderBytes))
+            return;
+        playSound(file.readAll());
+        // Nothing follows a signal that would make PulseAudio begin.
+        WriteSilence();
     } catch (const std::exception &error) {
         qCDebug(audiodevlog) << error.what();
     }
@@ -157,6 +159,21 @@ void PlaybackDeviceManager::Enqueue(QByteArray block) {
     }
     m_queuedBytes += block.size();
     m_queue.append(block);
+}
+
+void PlaybackDeviceManager::KeepPlaying() {
+    // A device that were filled only when it runs empty would fall silent between two fillings.
+    WriteDataToStream();
+    const int room = m_outputStream ? Device()->bytesFree() : 0;
+    if (m_queue.isEmpty() && room == m_roomBefore)
+        WriteSilence();
+    m_roomBefore = room;
+}
+
+void PlaybackDeviceManager::WriteSilence() {
+    const int room = m_outputStream ? Device()->bytesFree() / sampleBytes * sampleBytes : 0;
+    if (m_queue.isEmpty() && room > 0)
+        m_outputStream->write(QByteArray(room, '\0'));
 }
 
 void PlaybackDeviceManager::WriteDataToStream() {

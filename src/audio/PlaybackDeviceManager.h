@@ -60,6 +60,10 @@ private:
     void Enqueue(QByteArray block);
     /// Hands the device as much as it takes.
     void WriteDataToStream();
+    void KeepPlaying();
+    /// Fills the device's buffer up: PulseAudio begins only when it is full, and would keep a short
+    /// sound to itself until another one comes.
+    void WriteSilence();
     void UpdateVolume(int volume);
     void UpdateLevel(int level);
 
@@ -71,4 +75,7 @@ private:
     /// Bytes of all blocks in the queue, of which the first m_written have been handed over.
     qint64 m_queuedBytes = 0;
     int m_written = 0;
+    /// How much the device would have taken at its last notice; the same again means that it has
+    /// not begun.
+    int m_roomBefore = -1;
 };

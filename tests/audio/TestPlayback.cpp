@@ -1,4 +1,5 @@
 #include "DeskTest.h"
+#include "Listener.h"
 #include "audio/PlaybackDeviceManager.h"
 #include "audio/PulseAudioManager.h"
 #include "core/settings/PlaybackDeviceSettings.h"
@@ -22,41 +23,6 @@ QByteArray noise(int seconds) {
         samples[i] = static_cast<qint16>((state >> 16) | 1);
     }
     return sound;
-}
-
-/// What is heard at a speaker that takes the program's own format, so that nothing is resampled.
-class Listener {
-public:
-    explicit Listener(const QString &sink)
-        : m_process(desk().start(QStringLiteral("parec"),
-                                 {QStringLiteral("--device=%1.monitor").arg(sink),
-                                  QStringLiteral("--rate=22050"), QStringLiteral("--channels=1"),
-                                  QStringLiteral("--format=s16le"),
-                                  QStringLiteral("--latency-msec=20")})) {}
-    ~Listener() { desk().end(m_process); }
-
-    /// From the first sample that is no silence on.
-    const QByteArray &sound() {
-        m_sound += m_process->readAllStandardOutput();
-        if (!m_isHearing) {
-            int silence = 0;
-            while (silence < m_sound.size() && m_sound.at(silence) == 0)
-                ++silence;
-            m_isHearing = silence < m_sound.size();
-            m_sound.remove(0, silence - silence % 2);
-        }
-        return m_sound;
-    }
-
-private:
-    QProcess *m_process;
-    QByteArray m_sound;
-    bool m_isHearing = false;
-};
-
-QString plugSpeaker(const QString &name) {
-    return desk().loadModule(
-        {"module-null-sink", "sink_name=" + name, "rate=22050", "channels=1", "format=s16le"});
 }
 } // namespace
 
@@ -87,7 +53,7 @@ private:
 
 void TestPlayback::init() {
     PlaybackDeviceSettings().remove(QString());
-    m_modules << plugSpeaker(QStringLiteral("exact"));
+    m_modules << plugExactSpeaker(desk(), QStringLiteral("exact"));
 }
 
 void TestPlayback::cleanup() {
@@ -117,7 +83,8 @@ void TestPlayback::playsInFullAndInOrder_data() {
 void TestPlayback::playsInFullAndInOrder() {
     QFETCH(int, blockBytes);
     start(QStringLiteral("exact"));
-    Listener listener(QStringLiteral("exact"));
+    Listener listener(desk(), QStringLiteral("exact"));
+    playback()->playSound(Listener::leadIn());
     const QByteArray all = noise(6);
     QByteArray sent;
     for (int i = 0; i < all.size(); i += blockBytes + blockBytes % 2) {
@@ -145,7 +112,7 @@ void TestPlayback::goesOnAfterTheDevice() {
     start(QStringLiteral("exact"));
     const QByteArray sent = noise(6);
     {
-        Listener first(QStringLiteral("exact"));
+        Listener first(desk(), QStringLiteral("exact"));
         playback()->playSound(sent);
         QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() >= bytesPerSecond, soundTimeoutMs);
     }
@@ -159,7 +126,7 @@ void TestPlayback::goesOnAfterTheDevice() {
     QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
     QTRY_COMPARE_WITH_TIMEOUT(playback()->CurrentDevice().deviceName(), QStringLiteral("speaker"),
                               soundTimeoutMs);
-    Listener second(QStringLiteral("speaker"));
+    Listener second(desk(), QStringLiteral("speaker"));
     // What the lost device had taken is lost with it, the rest is played.
     QTRY_VERIFY_WITH_TIMEOUT(second.sound().size() >= 3 * bytesPerSecond, soundTimeoutMs);
 }
@@ -177,7 +144,7 @@ void TestPlayback::playsFiles() {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, heard);
     start(QStringLiteral("exact"));
-    Listener listener(QStringLiteral("exact"));
+    Listener listener(desk(), QStringLiteral("exact"));
     const QString name = desk().folder() + QStringLiteral("/sound.wav");
     QFile::remove(name);
     if (!file.isEmpty()) {
@@ -185,6 +152,7 @@ void TestPlayback::playsFiles() {
         QVERIFY(wav.open(QIODevice::WriteOnly));
         wav.write(file);
     }
+    playback()->playSound(Listener::leadIn());
     playback()->playSoundFile(name);
     const QByteArray after = noise(2).right(bytesPerSecond);
     playback()->playSound(after);
@@ -220,10 +188,11 @@ void TestPlayback::withoutADeviceOnlyTheLevelIsTold() {
     playback()->playSound(dropped);
     QCOMPARE(levels.size(), 1);
     QVERIFY(levels.first().first().toInt() > 50);
-    Listener listener(QStringLiteral("exact"));
+    Listener listener(desk(), QStringLiteral("exact"));
     playback()->SelectDevice(QStringLiteral("exact"));
     const QByteArray played = noise(2).right(bytesPerSecond);
     QTRY_COMPARE(output()->state(), QAudio::IdleState);
+    playback()->playSound(Listener::leadIn());
     playback()->playSound(played);
     QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= played.size(), soundTimeoutMs);
     QVERIFY2(listener.sound().startsWith(played), "what was dropped is not played later");

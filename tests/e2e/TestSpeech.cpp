@@ -1,0 +1,109 @@
+#include "DeskTest.h"
+#include "Listener.h"
+#include "Program.h"
+#include "Stand.h"
+#include "XKeyboard.h"
+#include "connection/messages/MessageType.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/ConnectionManagerSettings.h"
+#include "core/settings/PlaybackDeviceSettings.h"
+#include "core/settings/TTSSettings.h"
+
+#include <QFile>
+
+namespace {
+const QString doubleCtrl = QStringLiteral("+Control_L -Control_L +Control_L -Control_L");
+
+/// The samples of a signal of the program's.
+QByteArray samplesOf(const char *name) {
+    QFile file(QStringLiteral(":/Assets/%1.wav").arg(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().mid(44) : QByteArray();
+}
+} // namespace
+
+/// What the program plays, heard at the speaker.
+class TestSpeech : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void signalsStartAndEnd();
+    void playsSpeechInOrder();
+    void speaksWithTheUsersVoice();
+
+private:
+    std::unique_ptr<Stand> m_stand;
+    std::unique_ptr<Program> m_program;
+};
+
+void TestSpeech::initTestCase() {
+    plugExactSpeaker(desk(), QStringLiteral("exact"));
+    m_stand = std::make_unique<Stand>();
+    m_stand->writeSettings();
+    {
+        ConnectionManagerSettings().QuietConnectionEnabled = true;
+        ASRSettings().SelectedTheme = QStringLiteral("therapy");
+        PlaybackDeviceSettings().Name = QStringLiteral("exact");
+        TTSSettings().saveTtsSettings(QStringLiteral("Елена"), true, 1.5);
+    }
+    Settings(QString()).sync();
+    m_program = std::make_unique<Program>();
+    QVERIFY(m_program->waitForLog(QStringLiteral("Created audio output")));
+    QVERIFY(!m_stand->waitForMessage(MessageType::StartMode, 20000).isEmpty());
+}
+
+void TestSpeech::cleanupTestCase() {
+    QCOMPARE(m_program->terminate(), 0);
+}
+
+void TestSpeech::signalsStartAndEnd() {
+    // Without their beginnings, which the sink forgets when it corrects what it has announced
+    // ahead.
+    const QByteArray on = samplesOf("SpeechOn").mid(4000, 4000);
+    const QByteArray off = samplesOf("SpeechOff").mid(4000, 4000);
+    QCOMPARE(on.size() + off.size(), 8000);
+    Listener listener(desk(), QStringLiteral("exact"));
+    XKeyboard().play(doubleCtrl);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(on), 10000);
+    QVERIFY(!listener.sound().contains(off));
+    XKeyboard().play(doubleCtrl);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(off), 10000);
+    QCOMPARE(listener.sound().count(on), 1);
+}
+
+void TestSpeech::playsSpeechInOrder() {
+    Listener listener(desk(), QStringLiteral("exact"));
+    const auto send = [this](const QByteArray &frame) {
+        m_stand->tell({{"do", "sendBinary"}, {"base64", QString::fromLatin1(frame.toBase64())}});
+    };
+    send(Listener::leadIn());
+    QByteArray sent;
+    for (int i = 0; i < 20; ++i) {
+        // Each frame by a number of its own.
+        const QByteArray frame = QByteArray(1, char('a' + i)).repeated(2 * (3000 + 100 * i));
+        sent += frame;
+        send(frame);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= sent.size(), 20000);
+    QCOMPARE(listener.sound().left(sent.size()), sent);
+}
+
+void TestSpeech::speaksWithTheUsersVoice() {
+    m_stand->rewind();
+    const QJsonObject parameters =
+        m_stand->waitForMessage(MessageType::SetTtsParams)["data"].toObject();
+    QCOMPARE(parameters["speed"].toDouble(), 1.5);
+    QCOMPARE(parameters["SelectedVoice"].toObject()["Name"].toString(), QStringLiteral("Елена"));
+    constexpr int secondBytes = 2 * 22050;
+    Listener listener(desk(), QStringLiteral("exact"));
+    m_stand->tell({{"do", "speak"}, {"text", "общее состояние удовлетворительное"}});
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() > secondBytes, 20000);
+    m_stand->forget();
+    m_stand->tell("drop");
+    QVERIFY2(!m_stand->waitForMessage(MessageType::SetTtsParams, 60000).isEmpty(),
+             "the next connection hears of them, too");
+}
+
+DESK_TEST_MAIN(TestSpeech, VirtualDesk::Screen | VirtualDesk::Sound)
+#include "TestSpeech.moc"
