@@ -6,6 +6,7 @@
 #include "core/settings/ASRSettings.h"
 #include "core/settings/ConnectionManagerSettings.h"
 #include "core/settings/FormApiSettings.h"
+#include "core/settings/LaunchSettings.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
 
@@ -17,7 +18,7 @@ ClientHarness::ClientHarness(const Stand &stand) {
     Settings(QString()).sync();
     stand.writeSettings();
     ConnectionManagerSettings().QuietConnectionEnabled = true;
-    ASRSettings().SelectedTheme = QStringLiteral("therapy");
+    ASRSettings().SelectedTheme = "therapy";
     // Any port that is free: other tests run beside this one.
     FormApiSettings().Port = 0;
     FormApiSettings().RestPort = 0;
@@ -51,6 +52,16 @@ void ClientHarness::stop() {
     m_socketService->Stop();
 }
 
+bool ClientHarness::open() {
+    start();
+    return waitFor(ConnectionState::Ready);
+}
+
+bool ClientHarness::dictate() {
+    asr()->startRecognition();
+    return QTest::qWaitFor([&] { return asr()->currentState() == AsrState::Started; });
+}
+
 void ClientHarness::onStateChanged(const ConnectionStateInfo &info) {
     m_states << info.state();
     if (info.is(ConnectionState::Failed))
@@ -59,6 +70,24 @@ void ClientHarness::onStateChanged(const ConnectionStateInfo &info) {
         m_heartbeatService->Start();
     else if (info.is(ConnectionState::Disconnected))
         m_heartbeatService->Stop();
+}
+
+QList<int> ClientHarness::messages(const Stand &stand) {
+    QList<int> types;
+    for (const QJsonObject &event : stand.events()) {
+        if (event["event"] == "connected")
+            types.clear();
+        else if (event["event"] == "message")
+            types << event["type"].toInt();
+    }
+    return types;
+}
+
+void ClientHarness::enableVoice(bool isAvailable) {
+    LaunchSettings settings;
+    settings.GlobalEnableVAC = isAvailable;
+    settings.VoiceActivationEnabled = true;
+    settings.VoiceDeactivationEnabled = true;
 }
 
 bool ClientHarness::waitFor(ConnectionState state, int timeoutMs) {
