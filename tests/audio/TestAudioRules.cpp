@@ -122,8 +122,7 @@ private slots:
 
 void TestAudioRules::initTestCase() {
     for (const char *name : {"a", "b", "c", "hidden"})
-        desk().loadModule({QStringLiteral("module-null-sink"),
-                           QStringLiteral("sink_name=") + QLatin1String(name)});
+        desk().loadModule({"module-null-sink", "sink_name=" + QLatin1String(name)});
     const auto all = QAudioDeviceInfo::availableDevices(QAudio::AudioOutput);
     for (const QAudioDeviceInfo &device : all)
         ScriptedList::devices.insert(device.deviceName(), device);
@@ -131,23 +130,22 @@ void TestAudioRules::initTestCase() {
 }
 
 void TestAudioRules::level_data() {
-    QTest::addColumn<Samples>("samples");
-    QTest::addColumn<int>("level");
-    QTest::newRow("nothing") << Samples() << 0;
+    columns<Samples, int>("samples", "level");
+    row("nothing", Samples(), 0);
     // 3200 * 999 / 3200 = 999, log10 = 2.9996
-    QTest::newRow("a steady thousand") << Samples(3200, 1000) << 66;
+    row("a steady thousand", Samples(3200, 1000), 66);
     // 100 * 101 / 100 = 101, log10 = 2.0043: the magnitude is that of the sample less one
-    QTest::newRow("minus a hundred") << Samples(100, -100) << 44;
+    row("minus a hundred", Samples(100, -100), 44);
     // 12 / 100 is the limit, which is skipped; a step more is 100 * 0.13 = 13, log10 = 1.1139
-    QTest::newRow("noise at the limit") << Samples(100, 13) << 0;
-    QTest::newRow("noise above the limit") << Samples(100, 14) << 24;
+    row("noise at the limit", Samples(100, 13), 0);
+    row("noise above the limit", Samples(100, 14), 24);
     // 4999 / 1000 = 4.999, log10 = 0.6989
-    QTest::newRow("one click in silence") << Samples(999, 0) + Samples(1, 5000) << 15;
+    row("one click in silence", Samples(999, 0) + Samples(1, 5000), 15);
     // 899 / 1000 = 0.899, whose logarithm is negative
-    QTest::newRow("one faint click") << Samples(999, 0) + Samples(1, 900) << 0;
-    QTest::newRow("ten at full scale") << Samples(990, 0) + Samples(10, 32767) << 55;
-    QTest::newRow("eleven at full scale") << Samples(989, 0) + Samples(11, 32767) << 100;
-    QTest::newRow("the lowest samples") << Samples(3200, -32768) << 100;
+    row("one faint click", Samples(999, 0) + Samples(1, 900), 0);
+    row("ten at full scale", Samples(990, 0) + Samples(10, 32767), 55);
+    row("eleven at full scale", Samples(989, 0) + Samples(11, 32767), 100);
+    row("the lowest samples", Samples(3200, -32768), 100);
 }
 
 void TestAudioRules::level() {
@@ -156,19 +154,12 @@ void TestAudioRules::level() {
 }
 
 void TestAudioRules::listIsPublishedWhenItChanges_data() {
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<bool>("published");
-    QTest::newRow("the same") << "a b"
-                              << "a b" << false;
-    QTest::newRow("another order") << "a b"
-                                   << "b a" << true;
-    QTest::newRow("one plugged") << "a"
-                                 << "a b" << true;
-    QTest::newRow("the last unplugged") << "a"
-                                        << "" << true;
-    QTest::newRow("one without a description") << "a"
-                                               << "a hidden" << false;
+    columns<QString, QString, bool>("before", "after", "published");
+    row("the same", "a b", "a b", false);
+    row("another order", "a b", "b a", true);
+    row("one plugged", "a", "a b", true);
+    row("the last unplugged", "a", "", true);
+    row("one without a description", "a", "a hidden", false);
 }
 
 void TestAudioRules::listIsPublishedWhenItChanges() {
@@ -187,7 +178,7 @@ void TestAudioRules::knownDeviceKeepsItsDescription() {
     ScriptedList list;
     list.plug("a");
     list.plug("a b");
-    QCOMPARE(list.DeviceList()[0].Description(), QStringLiteral("A"));
+    QCOMPARE(list.DeviceList()[0].Description(), "A");
     QCOMPARE(list.descriptionsAsked, 2);
     list.plug("b");
     list.plug("a b");
@@ -195,19 +186,12 @@ void TestAudioRules::knownDeviceKeepsItsDescription() {
 }
 
 void TestAudioRules::newListMovesTheSelection_data() {
-    QTest::addColumn<bool>("tracking");
-    QTest::addColumn<QString>("before"); // null: no list yet
-    QTest::addColumn<QString>("wanted");
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("happened");
-    const auto row = [](const char *name, bool tracking, const char *before, const char *wanted,
-                        const char *after, int index, const char *happened) {
-        QTest::newRow(name) << tracking << QString(before) << wanted << after << index << happened;
-    };
-    row("first list", false, nullptr, "b", "a b", 1, "start-b list index");
-    row("first list, unknown name", false, nullptr, "z", "a b", 0, "start-a list index");
-    row("first list, no device", false, nullptr, "b", "", -1, "start- list index");
+    columns<bool, QString, QString, QString, int, QString>("tracking", "before", "wanted", "after",
+                                                           "index", "happened");
+    const QString noListYet;
+    row("first list", false, noListYet, "b", "a b", 1, "start-b list index");
+    row("first list, unknown name", false, noListYet, "z", "a b", 0, "start-a list index");
+    row("first list, no device", false, noListYet, "b", "", -1, "start- list index");
     row("tracking, plugged", true, "a b", "a", "a b c", 2, "stop start-c list index notify");
     row("tracking, the order changed", true, "a b", "a", "b a", 1, "list index");
     row("tracking, unplugged", true, "a b c", "b", "a c", 0, "stop start-a list index notify");
@@ -243,17 +227,15 @@ void TestAudioRules::newListMovesTheSelection() {
 }
 
 void TestAudioRules::selects_data() {
-    QTest::addColumn<int>("from");
-    QTest::addColumn<QVariant>("to"); // an index or a name
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("happened");
-    QTest::newRow("another") << 0 << QVariant(1) << 1 << "stop start-b index";
-    QTest::newRow("the same") << 1 << QVariant(1) << 1 << "";
-    QTest::newRow("behind the end") << 0 << QVariant(2) << -1 << "stop index";
-    QTest::newRow("none twice") << -1 << QVariant(-5) << -1 << "";
-    QTest::newRow("one after none") << -1 << QVariant(0) << 0 << "stop start-a index";
-    QTest::newRow("a name") << 0 << QVariant("b") << 1 << "stop start-b index";
-    QTest::newRow("an unknown name") << 1 << QVariant("z") << 0 << "stop start-a index";
+    // To an index or a name.
+    columns<int, QVariant, int, QString>("from", "to", "index", "happened");
+    row("another", 0, QVariant(1), 1, "stop start-b index");
+    row("the same", 1, QVariant(1), 1, "");
+    row("behind the end", 0, QVariant(2), -1, "stop index");
+    row("none twice", -1, QVariant(-5), -1, "");
+    row("one after none", -1, QVariant(0), 0, "stop start-a index");
+    row("a name", 0, QVariant("b"), 1, "stop start-b index");
+    row("an unknown name", 1, QVariant("z"), 0, "stop start-a index");
 }
 
 void TestAudioRules::selects() {
@@ -319,10 +301,9 @@ void TestAudioRules::activePortIsPartOfTheDescription() {
     port.description = "Headset";
     pa_source_info source{};
     source.description = "Built-in";
-    QCOMPARE(PulseDeviceInfo::From(source, false).description, QStringLiteral("Built-in"));
+    QCOMPARE(PulseDeviceInfo::From(source, false).description, "Built-in");
     source.active_port = &port;
-    QCOMPARE(PulseDeviceInfo::From(source, false).description,
-             QStringLiteral("Built-in – Headset"));
+    QCOMPARE(PulseDeviceInfo::From(source, false).description, "Built-in – Headset");
 }
 
 int main(int argc, char **argv) {

@@ -15,7 +15,7 @@ private slots:
 };
 
 void TestLateSound::recordsOnceThereIsPulseAudio() {
-    RecordingDeviceSettings().Name = QStringLiteral("mic");
+    RecordingDeviceSettings().Name = "mic";
     PulseAudioManager manager;
     RecordingDeviceManager *recording = manager.RecordingDevice();
     QSignalSpy lists(recording, &RecordingDeviceManager::DeviceListChanged);
@@ -24,13 +24,13 @@ void TestLateSound::recordsOnceThereIsPulseAudio() {
     QVERIFY(lists.wait());
     QVERIFY(recording->DeviceList().isEmpty());
     QCOMPARE(recording->SelectedIndex(), -1);
-    QVERIFY(!manager.GetInputDeviceInfo(QStringLiteral("mic")).found);
+    QVERIFY(!manager.GetInputDeviceInfo("mic").found);
     QVERIFY(!selected.wait(2500));
 
     desk().startSound();
     QSignalSpy blocks(recording, &RecordingDeviceManager::SoundAvailable);
     QVERIFY(blocks.wait(10000));
-    QCOMPARE(recording->CurrentDevice().deviceName(), QStringLiteral("mic"));
+    QCOMPARE(recording->CurrentDevice().deviceName(), "mic");
 }
 
 DESK_CORE_TEST_MAIN(TestLateSound)

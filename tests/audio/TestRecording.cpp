@@ -1,4 +1,5 @@
 #include "DeskTest.h"
+#include "Files.h"
 #include "SineWave.h"
 #include "audio/PulseAudioListManager.h"
 #include "audio/PulseAudioManager.h"
@@ -6,7 +7,6 @@
 #include "core/settings/RecordingDeviceSettings.h"
 
 #include <QAudioInput>
-#include <QFile>
 #include <QSignalSpy>
 
 #include <algorithm>
@@ -90,13 +90,11 @@ void TestRecording::start() {
 }
 
 void TestRecording::lists_data() {
-    QTest::addColumn<bool>("useMonitors");
-    QTest::addColumn<QStringList>("inputs");
-    QTest::newRow("microphones") << false << QStringList{"mic=Microphone"};
-    QTest::newRow("microphones and monitors")
-        << true
-        << QStringList{"mic=Microphone", "micfeed.monitor=Monitor of Null Output",
-                       "speaker.monitor=Monitor of Speaker"};
+    columns<bool, QStringList>("useMonitors", "inputs");
+    row("microphones", false, QStringList{"mic=Microphone"});
+    row("microphones and monitors", true,
+        QStringList{"mic=Microphone", "micfeed.monitor=Monitor of Null Output",
+                    "speaker.monitor=Monitor of Speaker"});
 }
 
 void TestRecording::lists() {
@@ -113,8 +111,8 @@ void TestRecording::lists() {
 
 void TestRecording::recordsWhatIsSaid_data() {
     QTest::addColumn<bool>("useNotifyEvent");
-    QTest::newRow("blocks taken when they are ready") << false;
-    QTest::newRow("blocks taken at the device's intervals") << true;
+    row("blocks taken when they are ready", false);
+    row("blocks taken at the device's intervals", true);
 }
 
 void TestRecording::recordsWhatIsSaid() {
@@ -166,7 +164,7 @@ void TestRecording::gainGoesBothWays() {
     QCOMPARE(input()->volume(), 0.0);
     QVERIFY(hears());
     // Not saved: the next device gets the gain all the same.
-    recording()->SelectDevice(QStringLiteral("mic"));
+    recording()->SelectDevice("mic");
     QCOMPARE(recording()->Gain(), 0);
     QVERIFY(changed.isEmpty());
     QVERIFY(hears());
@@ -181,18 +179,18 @@ void TestRecording::savesTheChoice() {
     recording()->set_Gain(70);
     recording()->set_IsTrackChanges(true);
     recording()->SaveSettings();
-    QCOMPARE(RecordingDeviceSettings().Name.get(), QStringLiteral("mic"));
+    QCOMPARE(RecordingDeviceSettings().Name.get(), "mic");
     QCOMPARE(RecordingDeviceSettings().Gain.get(), 70);
     QCOMPARE(RecordingDeviceSettings().TrackChanges.get(), true);
     recording()->set_SelectedIndex(-1);
     recording()->SaveSettings();
-    QCOMPARE(RecordingDeviceSettings().Name.get(), QStringLiteral("mic"));
+    QCOMPARE(RecordingDeviceSettings().Name.get(), "mic");
 }
 
 void TestRecording::pluggedMicrophone_data() {
     QTest::addColumn<bool>("tracking");
-    QTest::newRow("is left alone") << false;
-    QTest::newRow("is switched to") << true;
+    row("is left alone", false);
+    row("is switched to", true);
 }
 
 void TestRecording::pluggedMicrophone() {
@@ -209,13 +207,13 @@ void TestRecording::pluggedMicrophone() {
 
 void TestRecording::wantedMicrophoneGivesWayToTheNext() {
     const QString module = plugMicrophone("other");
-    RecordingDeviceSettings().Name = QStringLiteral("other");
+    RecordingDeviceSettings().Name = "other";
     start();
-    QCOMPARE(recording()->CurrentDevice().deviceName(), QStringLiteral("other"));
+    QCOMPARE(recording()->CurrentDevice().deviceName(), "other");
     QCOMPARE(recording()->DeviceList().size(), 2);
     QVERIFY(hears());
     desk().unloadModule(module);
-    QTRY_COMPARE(recording()->CurrentDevice().deviceName(), QStringLiteral("mic"));
+    QTRY_COMPARE(recording()->CurrentDevice().deviceName(), "mic");
     QCOMPARE(recording()->SelectedIndex(), 0);
     QVERIFY(hears());
 }
@@ -237,7 +235,7 @@ void TestRecording::killedStreamIsOpenedAgain() {
     QVERIFY(hears());
     const QStringList streams =
         desk().run("pactl", {"list", "short", "source-outputs"}).split('\n');
-    const QStringList ours = streams.filter(QStringLiteral("16000Hz"));
+    const QStringList ours = streams.filter("16000Hz");
     QCOMPARE(ours.size(), 1);
     desk().run("pacmd", {"kill-source-output", ours.first().section('\t', 0, 0)});
     QSignalSpy failed(recording(), &RecordingDeviceManager::DeviceError);
@@ -247,8 +245,8 @@ void TestRecording::killedStreamIsOpenedAgain() {
 
 void TestRecording::survivesARestartOfPulseAudio_data() {
     QTest::addColumn<bool>("isLong");
-    QTest::newRow("at once") << false;
-    QTest::newRow("after a while") << true;
+    row("at once", false);
+    row("after a while", true);
 }
 
 void TestRecording::survivesARestartOfPulseAudio() {
@@ -256,7 +254,7 @@ void TestRecording::survivesARestartOfPulseAudio() {
     m_modules << plugMicrophone("other");
     start();
     QTRY_COMPARE(recording()->DeviceList().size(), 2);
-    recording()->SelectDevice(QStringLiteral("mic"));
+    recording()->SelectDevice("mic");
     QVERIFY(hears());
     m_modules.clear();
 
@@ -273,16 +271,15 @@ void TestRecording::survivesARestartOfPulseAudio() {
     desk().startSound();
     QVERIFY(hears());
     QTRY_COMPARE(describe(recording()->DeviceList()), QStringList{"mic=Microphone"});
-    QCOMPARE(recording()->CurrentDevice().deviceName(), QStringLiteral("mic"));
+    QCOMPARE(recording()->CurrentDevice().deviceName(), "mic");
     m_modules << plugMicrophone("other");
     QTRY_COMPARE(recording()->DeviceList().size(), 2);
 }
 
 void TestRecording::lookUpEndsWhenPulseAudioDies() {
     start();
-    QFile pidFile(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/pulse/pid");
-    QVERIFY(pidFile.open(QIODevice::ReadOnly));
-    const pid_t server = pidFile.readAll().trimmed().toInt();
+    const pid_t server =
+        bytesOf(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/pulse/pid").trimmed().toInt();
     QVERIFY(server > 1);
     QSignalSpy lists(recording(), &RecordingDeviceManager::DeviceListChanged);
     QCOMPARE(kill(server, SIGSTOP), 0);

@@ -4,7 +4,6 @@
 #include "commands/PhraseTokens.h"
 #include "commands/UserCommandsManager.h"
 #include "connection/WebSocketClient.h"
-#include "core/Exception.h"
 #include "core/settings/ASRSettings.h"
 #include "recognition/AsrManager.h"
 
@@ -98,7 +97,6 @@ private slots:
     void prefersTheSelectedTheme();
     void followsThePunctuationSetting();
     void skipsWhatIsNoPhrase();
-    void takesItsManagersOnce();
     void foldsAsTheExpressionsDo();
     void agreesWithAPlainWalk();
 
@@ -137,9 +135,7 @@ void TestAutoReplace::select(const char *theme) {
 }
 
 void TestAutoReplace::replaces_data() {
-    QTest::addColumn<Replacements>("replacements");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("typed");
+    columns<Replacements, QString, QString>("replacements", "text", "typed");
     const auto row = [](const char *name, const Replacements &replacements, const QString &text,
                         const QString &typed) {
         QTest::newRow(name) << replacements << text << typed;
@@ -206,15 +202,6 @@ void TestAutoReplace::skipsWhatIsNoPhrase() {
     qInstallMessageHandler(previous);
     QCOMPARE(told, QStringList("Error while create regexp: а" + half));
     QCOMPARE(twice, "а" + half + "а" + half);
-}
-
-void TestAutoReplace::takesItsManagersOnce() {
-    try {
-        m_replace->set_Managers(m_asr.get(), m_commands.get());
-        QFAIL("they are taken twice");
-    } catch (const Exception &error) {
-        QCOMPARE(error.what(), "AutoReplaceManager: Managers already set");
-    }
 }
 
 /// The candidates are found by Qt's knowledge of characters, the matches by the library's.

@@ -1,5 +1,6 @@
 #include "ClientHarness.h"
 #include "DeskTest.h"
+#include "Files.h"
 #include "Stand.h"
 #include "commands/UserCommandsManager.h"
 #include "connection/WebSocketClient.h"
@@ -13,10 +14,8 @@
 #include <QSignalSpy>
 #include <QStandardPaths>
 
-#include <algorithm>
 #include <csignal>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -30,16 +29,6 @@ namespace {
 
 QString folder() {
     return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + "/commands/";
-}
-
-bool save(const QString &path, const QByteArray &bytes) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-QByteArray bytesOf(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
 }
 
 /// "phrase=text" for a replacement, "phrase>text" for a key.
@@ -130,25 +119,22 @@ void TestCommandFiles::init() {
 }
 
 void TestCommandFiles::readsOneCommand_data() {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("read");
-    QTest::newRow("only a type") << QByteArray(R"({"Type":"text"})") << "0||||false";
-    QTest::newRow("all keys")
-        << QByteArray(R"({"Type":"file","Id":"i","Pattern":" П ","Text":"t","IsPunctuation":true})")
-        << "5|i| П |t|true";
-    QTest::newRow("values of other kinds")
-        << QByteArray(R"({"Type":"exe","Id":7,"Pattern":null,"Text":[],"IsPunctuation":"true"})")
-        << "3||||false";
-    QTest::newRow("type in capitals") << QByteArray(R"({"Type":"TEXT"})") << "Cannot convert";
-    QTest::newRow("type as a number") << QByteArray(R"({"Type":2})") << "Cannot convert";
-    QTest::newRow("no type") << QByteArray("{}") << "Cannot convert";
+    columns<QString, QString>("json", "read");
+    row("only a type", R"({"Type":"text"})", "0||||false");
+    row("all keys", R"({"Type":"file","Id":"i","Pattern":" П ","Text":"t","IsPunctuation":true})",
+        "5|i| П |t|true");
+    row("values of other kinds",
+        R"({"Type":"exe","Id":7,"Pattern":null,"Text":[],"IsPunctuation":"true"})", "3||||false");
+    row("type in capitals", R"({"Type":"TEXT"})", "Cannot convert");
+    row("type as a number", R"({"Type":2})", "Cannot convert");
+    row("no type", "{}", "Cannot convert");
 }
 
 void TestCommandFiles::readsOneCommand() {
-    QFETCH(QByteArray, json);
+    QFETCH(QString, json);
     QString read;
     const QString failure = failureOf([&] {
-        const QJsonObject object = QJsonDocument::fromJson(json).object();
+        const QJsonObject object = QJsonDocument::fromJson(json.toUtf8()).object();
         const UserCommand one(object);
         read = QStringLiteral("%1|%2|%3|%4|%5")
                    .arg(static_cast<int>(one.Type))
@@ -161,26 +147,22 @@ void TestCommandFiles::readsOneCommand() {
 }
 
 void TestCommandFiles::groupsAndMerges_data() {
-    QTest::addColumn<Files>("files");
-    QTest::addColumn<Lists>("lists");
-    QTest::addColumn<QStringList>("replacedOfTheSystem");
-    QTest::newRow("without files") << Files() << Lists{{"", {}}} << QStringList();
-    QTest::newRow("the id in the file counts, not its name")
-        << Files{{"x.json", fileOf("42", {"а=1"})}, {"theme_1.json", fileOf("", {"б=2"})}}
-        << Lists{{"", {"б=2"}}, {"42", {"а=1"}}} << QStringList();
-    QTest::newRow("the later file wins, in the place of the earlier")
-        << Files{{"b.json", fileOf("42", {" А =3", "в=4"})},
-                 {"a.json", fileOf("42", {"а=1", "б=2"})}}
-        << Lists{{"42", {" А =3", "б=2", "в=4"}}} << QStringList();
-    QTest::newRow("a replacement gives way to a key")
-        << Files{{"a.json", fileOf("", {"а=1", "А>Return"})}} << Lists{{"", {"А>Return"}}}
-        << QStringList();
-    QTest::newRow("the user's go ahead of the system's, and behind them in the list")
-        << Files{{"default.json", fileOf("", {"а=1", " Точка =!"})}}
-        << Lists{{"", {" Точка =!", "а=1"}}} << QStringList{"точка"};
-    QTest::newRow("other files are no commands")
-        << Files{{"a.txt", "text"}, {"b.json~", "text"}, {"c.json", fileOf("", {"а=1"})}}
-        << Lists{{"", {"а=1"}}} << QStringList();
+    columns<Files, Lists, QStringList>("files", "lists", "replacedOfTheSystem");
+    row("without files", Files(), Lists{{"", {}}}, QStringList());
+    row("the id in the file counts, not its name",
+        Files{{"x.json", fileOf("42", {"а=1"})}, {"theme_1.json", fileOf("", {"б=2"})}},
+        Lists{{"", {"б=2"}}, {"42", {"а=1"}}}, QStringList());
+    row("the later file wins, in the place of the earlier",
+        Files{{"b.json", fileOf("42", {" А =3", "в=4"})}, {"a.json", fileOf("42", {"а=1", "б=2"})}},
+        Lists{{"42", {" А =3", "б=2", "в=4"}}}, QStringList());
+    row("a replacement gives way to a key", Files{{"a.json", fileOf("", {"а=1", "А>Return"})}},
+        Lists{{"", {"А>Return"}}}, QStringList());
+    row("the user's go ahead of the system's, and behind them in the list",
+        Files{{"default.json", fileOf("", {"а=1", " Точка =!"})}},
+        Lists{{"", {" Точка =!", "а=1"}}}, QStringList{"точка"});
+    row("other files are no commands",
+        Files{{"a.txt", "text"}, {"b.json~", "text"}, {"c.json", fileOf("", {"а=1"})}},
+        Lists{{"", {"а=1"}}}, QStringList());
 }
 
 void TestCommandFiles::groupsAndMerges() {
@@ -217,32 +199,28 @@ void TestCommandFiles::givesIdsAtLoading() {
 }
 
 void TestCommandFiles::refusesAFile_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("failure");
-    const QString start = "UserCommandsManager: Invalid file format, file '%1'";
-    QTest::newRow("no JSON") << QByteArray("{\"Commands\":[")
-                             << start + ", error 'unterminated array'";
-    QTest::newRow("empty") << QByteArray() << start + ", error 'illegal value'";
-    QTest::newRow("an array") << QByteArray("[]") << start;
-    QTest::newRow("unknown type") << QByteArray(R"({"Commands":[{"Type":"text"},{"Type":"none"}]})")
-                                  << start + ", error 'command 2: Cannot convert'";
-    QTest::newRow("no object among the commands")
-        << QByteArray(R"({"Commands":[1]})") << start + ", error 'command 1: Cannot convert'";
-    QTest::newRow("nested too deep")
-        << QByteArray(100000, '[') << start + ", error 'too deeply nested document'";
-    QTest::newRow("larger than any list")
-        << QByteArray(65 << 20, ' ') << start + ", error 'file too large'";
+    columns<QString, QString>("text", "failure");
+    row("no JSON", "{\"Commands\":[", ", error 'unterminated array'");
+    row("empty", "", ", error 'illegal value'");
+    row("an array", "[]", "");
+    row("unknown type", R"({"Commands":[{"Type":"text"},{"Type":"none"}]})",
+        ", error 'command 2: Cannot convert'");
+    row("no object among the commands", R"({"Commands":[1]})",
+        ", error 'command 1: Cannot convert'");
+    row("nested too deep", QString(100000, '['), ", error 'too deeply nested document'");
+    row("larger than any list", QString(65 << 20, ' '), ", error 'file too large'");
 }
 
 void TestCommandFiles::refusesAFile() {
-    QFETCH(QByteArray, bytes);
+    QFETCH(QString, text);
     QFETCH(QString, failure);
     QVERIFY(save(folder() + "a.json", fileOf("", {"а=1"})));
     m_manager->LoadAll();
     const QString path = folder() + "bad.json";
-    QVERIFY(save(path, bytes));
-    QCOMPARE(failureOf([&] { m_manager->LoadAll(); }), failure.arg(path));
-    QCOMPARE(bytesOf(path), bytes);
+    QVERIFY(save(path, text.toUtf8()));
+    const QString start = "UserCommandsManager: Invalid file format, file '%1'";
+    QCOMPARE(failureOf([&] { m_manager->LoadAll(); }), start.arg(path) + failure);
+    QCOMPARE(bytesOf(path), text.toUtf8());
     QCOMPARE(describe(m_manager->get_ThemeCommands("")), QStringList{"а=1"});
 }
 
@@ -268,9 +246,9 @@ void TestCommandFiles::savesWhatIsTheUsers() {
 
 void TestCommandFiles::keepsIdsOfServersInTheFolder_data() {
     QTest::addColumn<QString>("id");
-    QTest::newRow("a way out") << "../../../out";
-    QTest::newRow("a line feed and a zero") << "a\nb" + QString(QChar(0)) + "c";
-    QTest::newRow("blanks and percents") << "%1 %2";
+    row("a way out", "../../../out");
+    row("a line feed and a zero", "a\nb" + QString(QChar(0)) + "c");
+    row("blanks and percents", "%1 %2");
 }
 
 void TestCommandFiles::keepsIdsOfServersInTheFolder() {
@@ -285,17 +263,13 @@ void TestCommandFiles::keepsIdsOfServersInTheFolder() {
 }
 
 void TestCommandFiles::keepsTheOldFile_data() {
-    QTest::addColumn<QString>("obstacle");
-    QTest::addColumn<QString>("failure");
-    QTest::newRow("full disk")
-        << "full"
-        << "UserCommandsManager: Cannot write file '%1', error 'written in part only'";
-    QTest::newRow("a folder in its place")
-        << "folder"
-        << "UserCommandsManager: Cannot open file '%1' for writing";
-    QTest::newRow("id too long for a name")
-        << "long"
-        << "UserCommandsManager: Cannot write file '%1', error 'File name too long'";
+    columns<QString, QString>("obstacle", "failure");
+    row("full disk", "full",
+        "UserCommandsManager: Cannot write file '%1', error 'written in part only'");
+    row("a folder in its place", "folder",
+        "UserCommandsManager: Cannot open file '%1' for writing");
+    row("id too long for a name", "long",
+        "UserCommandsManager: Cannot write file '%1', error 'File name too long'");
 }
 
 void TestCommandFiles::keepsTheOldFile() {
@@ -364,8 +338,7 @@ void TestCommandFiles::offersTheThemesOfTheServer() {
         return result;
     };
     QCOMPARE(names(), QStringList{"Для всех словарей"});
-    client.start();
-    QVERIFY(client.waitFor(ConnectionState::Ready));
+    QVERIFY(client.open());
     manager.UpdateThemesFromAsr();
     QVERIFY2(names().size() > 1, "the server's are there");
     QCOMPARE(names().first(), QString("Для всех словарей"));

@@ -1,4 +1,5 @@
 #include "DeskTest.h"
+#include "Files.h"
 #include "commands/AutoReplaceManager.h"
 #include "commands/ExecutableCommandsManager.h"
 #include "commands/UserCommandsManager.h"
@@ -6,9 +7,6 @@
 #include "core/settings/ASRSettings.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
-
-#include <QFile>
-#include <QJsonDocument>
 
 /// What a doctor says and what is typed of it, with the replacements that come with the program.
 class TestSpokenMarks : public QObject {
@@ -42,39 +40,33 @@ QString TestSpokenMarks::typed(const QStringList &results) {
 }
 
 void TestSpokenMarks::typesWhatWasSaid_data() {
-    QTest::addColumn<QStringList>("said");
-    QTest::addColumn<QString>("typed");
-    QTest::newRow("comma and full stop")
-        << QStringList{"жалобы на кашель запятая одышку точка общее состояние"}
-        << "Жалобы на кашель, одышку. Общее состояние";
-    QTest::newRow("a mark at the start of a result")
-        << QStringList{"одышка", "точка кашель"} << "Одышка. Кашель";
-    QTest::newRow("colon, semicolon, dash")
-        << QStringList{"диагноз двоеточие грипп точка с запятой тире без осложнений"}
-        << "Диагноз: грипп; – без осложнений";
-    QTest::newRow("question and exclamation")
-        << QStringList{"пневмония вопросительный знак срочно восклицательный знак да многоточие"}
-        << "Пневмония? Срочно! Да...";
-    QTest::newRow("lines and paragraphs")
-        << QStringList{"первое новая строка второе точка новый абзац третье"}
-        << "Первое¶Второе.¶Третье";
-    QTest::newRow("quotes and brackets") << QStringList{"препарат открыть кавычки но шпа закрыть "
-                                                        "кавычки открыть скобку две таблетки "
-                                                        "закрыть скобку запятая на ночь"}
-                                         << "Препарат «но шпа» (две таблетки), на ночь";
-    QTest::newRow("a quote at the start of a result")
-        << QStringList{"препарат", "открыть кавычки анальгин закрыть кавычки"}
-        << "Препарат «анальгин»";
-    QTest::newRow("numbers")
-        << QStringList{"давление 120 дробь 80 температура 38,5 градусов цельсия сатурация 97 "
-                       "процентов погрешность плюс минус 2 процента"}
-        << "Давление 120/80 температура 38,5 °C сатурация 97% погрешность ± 2%";
-    QTest::newRow("number sign and hyphen")
-        << QStringList{"палата знак номера 5 на левой рентген дефис снимок"}
-        << "Палата № 5 на левой рентген-снимок";
-    QTest::newRow("words that only begin like a mark")
-        << QStringList{"точками минусовать всё равно процентный"}
-        << "Точками минусовать всё равно процентный";
+    columns<QStringList, QString>("said", "typed");
+    row("comma and full stop", QStringList{"жалобы на кашель запятая одышку точка общее состояние"},
+        "Жалобы на кашель, одышку. Общее состояние");
+    row("a mark at the start of a result", QStringList{"одышка", "точка кашель"}, "Одышка. Кашель");
+    row("colon, semicolon, dash",
+        QStringList{"диагноз двоеточие грипп точка с запятой тире без осложнений"},
+        "Диагноз: грипп; – без осложнений");
+    row("question and exclamation",
+        QStringList{"пневмония вопросительный знак срочно восклицательный знак да многоточие"},
+        "Пневмония? Срочно! Да...");
+    row("lines and paragraphs", QStringList{"первое новая строка второе точка новый абзац третье"},
+        "Первое¶Второе.¶Третье");
+    row("quotes and brackets",
+        QStringList{"препарат открыть кавычки но шпа закрыть "
+                    "кавычки открыть скобку две таблетки "
+                    "закрыть скобку запятая на ночь"},
+        "Препарат «но шпа» (две таблетки), на ночь");
+    row("a quote at the start of a result",
+        QStringList{"препарат", "открыть кавычки анальгин закрыть кавычки"}, "Препарат «анальгин»");
+    row("numbers",
+        QStringList{"давление 120 дробь 80 температура 38,5 градусов цельсия сатурация 97 "
+                    "процентов погрешность плюс минус 2 процента"},
+        "Давление 120/80 температура 38,5 °C сатурация 97% погрешность ± 2%");
+    row("number sign and hyphen", QStringList{"палата знак номера 5 на левой рентген дефис снимок"},
+        "Палата № 5 на левой рентген-снимок");
+    row("words that only begin like a mark", QStringList{"точками минусовать всё равно процентный"},
+        "Точками минусовать всё равно процентный");
 }
 
 void TestSpokenMarks::typesWhatWasSaid() {
@@ -90,10 +82,8 @@ void TestSpokenMarks::leavesMarksToTheServer() {
 }
 
 void TestSpokenMarks::standsInTheFormOfTheProgram() {
-    QFile file(QCoreApplication::applicationDirPath() + "/autoreplaces.json");
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QList<UserCommand> commands =
-        UserCommandsManager::LoadFrom(file.fileName(), nullptr, true);
+    const QString path = QCoreApplication::applicationDirPath() + "/autoreplaces.json";
+    const QList<UserCommand> commands = UserCommandsManager::LoadFrom(path, nullptr, true);
     QStringList patterns;
     for (const UserCommand &command : commands) {
         QVERIFY2(UserCommand::ValidatePatternSymbols(command.Pattern), qPrintable(command.Pattern));
@@ -102,9 +92,7 @@ void TestSpokenMarks::standsInTheFormOfTheProgram() {
     QCOMPARE(patterns.removeDuplicates(), 0);
     const QString copy = desk().folder() + "/copy.json";
     UserCommandsManager::SaveTo(copy, ClientThemeInfo(), commands);
-    QFile written(copy);
-    QVERIFY(written.open(QIODevice::ReadOnly));
-    QCOMPARE(written.readAll(), file.readAll());
+    QCOMPARE(bytesOf(copy), bytesOf(path));
 }
 
 DESK_CORE_TEST_MAIN(TestSpokenMarks)

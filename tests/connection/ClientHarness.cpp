@@ -5,6 +5,7 @@
 #include "connection/WebSocketClient.h"
 #include "core/settings/ASRSettings.h"
 #include "core/settings/ConnectionManagerSettings.h"
+#include "core/settings/LaunchSettings.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
 
@@ -16,7 +17,7 @@ ClientHarness::ClientHarness(const Stand &stand) {
     Settings(QString()).sync();
     stand.writeSettings();
     ConnectionManagerSettings().QuietConnectionEnabled = true;
-    ASRSettings().SelectedTheme = QStringLiteral("therapy");
+    ASRSettings().SelectedTheme = "therapy";
 
     m_worker = new WebSocketWorker(&m_autoReplace, &m_userCommands);
     m_userCommands.set_AsrManager(m_worker->asrManager());
@@ -47,6 +48,16 @@ void ClientHarness::stop() {
     m_socketService->Stop();
 }
 
+bool ClientHarness::open() {
+    start();
+    return waitFor(ConnectionState::Ready);
+}
+
+bool ClientHarness::dictate() {
+    asr()->startRecognition();
+    return QTest::qWaitFor([&] { return asr()->currentState() == AsrState::Started; });
+}
+
 void ClientHarness::onStateChanged(const ConnectionStateInfo &info) {
     m_states << info.state();
     if (info.is(ConnectionState::Failed))
@@ -55,6 +66,24 @@ void ClientHarness::onStateChanged(const ConnectionStateInfo &info) {
         m_heartbeatService->Start();
     else if (info.is(ConnectionState::Disconnected))
         m_heartbeatService->Stop();
+}
+
+QList<int> ClientHarness::messages(const Stand &stand) {
+    QList<int> types;
+    for (const QJsonObject &event : stand.events()) {
+        if (event["event"] == "connected")
+            types.clear();
+        else if (event["event"] == "message")
+            types << event["type"].toInt();
+    }
+    return types;
+}
+
+void ClientHarness::enableVoice(bool isAvailable) {
+    LaunchSettings settings;
+    settings.GlobalEnableVAC = isAvailable;
+    settings.VoiceActivationEnabled = true;
+    settings.VoiceDeactivationEnabled = true;
 }
 
 bool ClientHarness::waitFor(ConnectionState state, int timeoutMs) {

@@ -36,6 +36,10 @@ public:
 
     void start();
     void stop();
+    /// Starts, and waits until the client is ready.
+    bool open();
+    /// Starts to dictate, and waits until the server has.
+    bool dictate();
 
     ConnectionManager *manager() const { return m_manager; }
     WebSocketWorker *worker() const { return m_worker; }
@@ -47,6 +51,10 @@ public:
     QList<int> states() const { return m_states; }
     /// Why the last pass failed.
     QString message() const { return m_message; }
+    /// The numbers of the messages behind the last handshake, in their order.
+    static QList<int> messages(const Stand &stand);
+    /// Allows, or does not allow, what the user has switched on: to start and stop by voice.
+    static void enableVoice(bool isAvailable = true);
     bool waitFor(ConnectionState state, int timeoutMs = 10000);
     /// Lets the next waitFor look at what comes from now on.
     void forget() { m_states.clear(); }

@@ -8,7 +8,6 @@
 #include "recognition/AsrManager.h"
 
 #include <QDir>
-#include <QJsonArray>
 #include <QSemaphore>
 #include <QStandardPaths>
 
@@ -24,7 +23,7 @@ UserCommand keyCommand(const QString &id, const QString &pattern) {
     UserCommand command(UserCommandType::Key);
     command.Id = id;
     command.Pattern = pattern;
-    command.Text = QStringLiteral("Ctrl+C");
+    command.Text = "Ctrl+C";
     return command;
 }
 
@@ -40,25 +39,6 @@ QStringList announced(const QJsonObject &message) {
     return commands;
 }
 
-/// The numbers of the messages behind the last handshake, in their order.
-QList<int> messagesOfLastConnection(const Stand &stand) {
-    QList<int> types;
-    for (const QJsonObject &event : stand.events()) {
-        if (event["event"].toString() == QLatin1String("connected"))
-            types.clear();
-        else if (event["event"].toString() == QLatin1String("message"))
-            types << event["type"].toInt();
-    }
-    return types;
-}
-
-void enableVoice(bool isAvailable) {
-    LaunchSettings settings;
-    settings.GlobalEnableVAC = isAvailable;
-    settings.VoiceActivationEnabled = true;
-    settings.VoiceDeactivationEnabled = true;
-}
-
 } // namespace
 
 /// What the server is told of the commands, and when.
@@ -69,20 +49,17 @@ private slots:
     void init();
     void opensInOrderEachTime();
     void tellsTheWholeListOfAnotherTheme();
-    void tellsAnEmptyList();
     void keepsItsIds();
-    void forgetsWhatIsNotAvailable();
     void isSilentOnAConnectionThatOpens();
 
 private:
     /// Gives the user one command, wired as the application wires it.
     static void prepare(ClientHarness *client);
-    static bool reconnect(Stand *stand, ClientHarness *client);
 };
 
 void TestAnnouncing::init() {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
-    QDir(folder + QStringLiteral("/commands")).removeRecursively();
+    QDir(folder + "/commands").removeRecursively();
 }
 
 void TestAnnouncing::prepare(ClientHarness *client) {
@@ -90,16 +67,8 @@ void TestAnnouncing::prepare(ClientHarness *client) {
     connect(client->asr(), &AsrManager::selectedThemeChanged, &commands,
             &UserCommandsManager::updateCommands);
     commands.LoadAll();
-    commands.set_Commands(
-        {{QString(), {keyCommand(QStringLiteral("copy"), QStringLiteral("Скопировать"))}}});
+    commands.set_Commands({{QString(), {keyCommand("copy", "Скопировать")}}});
     commands.updateCommands();
-}
-
-bool TestAnnouncing::reconnect(Stand *stand, ClientHarness *client) {
-    client->forget();
-    stand->forget();
-    stand->tell("drop");
-    return client->waitFor(ConnectionState::Ready);
 }
 
 void TestAnnouncing::opensInOrderEachTime() {
@@ -107,22 +76,23 @@ void TestAnnouncing::opensInOrderEachTime() {
     ClientHarness client(stand);
     prepare(&client);
     client.manager()->setReconnectDelay(0);
-    enableVoice(true);
+    client.enableVoice();
     client.worker()->launchManager()->updateSettings();
-    client.start();
-    QVERIFY(client.waitFor(ConnectionState::Ready));
+    QVERIFY(client.open());
     for (int connection = 0; connection < 2; ++connection) {
         const QStringList commands = announced(stand.waitForMessage(MessageType::SetCommands));
         QCOMPARE(commands.size(), 3);
-        QCOMPARE(commands[0], QStringLiteral("3/copy/Скопировать"));
-        QVERIFY(commands[1].startsWith(QStringLiteral("1/vac_")));
-        QVERIFY(commands[2].startsWith(QStringLiteral("2/vdc_")));
+        QCOMPARE(commands[0], "3/copy/Скопировать");
+        QVERIFY(commands[1].startsWith("1/vac_"));
+        QVERIFY(commands[2].startsWith("2/vdc_"));
         const QJsonObject start = stand.waitForMessage(MessageType::StartMode);
         QCOMPARE(start["data"].toObject()["Type"].toInt(), 1);
         QTRY_COMPARE(client.asr()->getLastStartedMode(), RecognitionMode::VoiceActivation);
         stand.forget();
-        QCOMPARE(messagesOfLastConnection(stand), openingMessages);
-        QVERIFY(connection == 1 || reconnect(&stand, &client));
+        QCOMPARE(client.messages(stand), openingMessages);
+        client.forget();
+        stand.tell("drop");
+        QVERIFY(client.waitFor(ConnectionState::Ready));
     }
 }
 
@@ -130,54 +100,41 @@ void TestAnnouncing::tellsTheWholeListOfAnotherTheme() {
     Stand stand;
     ClientHarness client(stand);
     prepare(&client);
-    client.start();
-    QVERIFY(client.waitFor(ConnectionState::Ready));
+    QVERIFY(client.open());
     QVERIFY(!stand.waitForMessage(MessageType::StartMode).isEmpty());
     client.userCommands().UpdateThemesFromAsr();
     client.userCommands().set_Commands(
         {{QString(), client.userCommands().get_ThemeCommands(QString())},
-         {QStringLiteral("cardiology"),
-          {keyCommand(QStringLiteral("pulse"), QStringLiteral("Пульс"))}}});
+         {"cardiology", {keyCommand("pulse", "Пульс")}}});
     stand.forget();
-    ASRSettings().SelectedTheme = QStringLiteral("cardiology");
+    ASRSettings().SelectedTheme = "cardiology";
     client.asr()->selectedTheme();
     QCOMPARE(announced(stand.waitForMessage(MessageType::SetCommands)),
-             QStringList({QStringLiteral("3/copy/Скопировать"), QStringLiteral("3/pulse/Пульс")}));
+             QStringList({"3/copy/Скопировать", "3/pulse/Пульс"}));
     QVERIFY(!stand.waitForMessage(MessageType::SelectTheme).isEmpty());
-}
-
-void TestAnnouncing::tellsAnEmptyList() {
-    Stand stand;
-    ClientHarness client(stand);
-    client.start();
-    const QJsonObject data = stand.waitForMessage(MessageType::SetCommands)["data"].toObject();
-    QCOMPARE(data, QJsonObject({{"Commands", QJsonArray()}}));
 }
 
 void TestAnnouncing::keepsItsIds() {
     Stand stand;
     ClientHarness client(stand);
-    enableVoice(true);
-    QStringList ids;
-    for (int run = 0; run < 2; ++run) {
-        Settings(QString()).sync();
+    client.enableVoice();
+    const auto ids = [&client] {
+        QStringList result;
         for (const CommandInfo &command : LaunchManager(client.asr()).executableCommands())
-            ids += command.id();
-    }
-    QCOMPARE(ids.size(), 4);
-    QCOMPARE(ids.mid(2), ids.mid(0, 2));
-    QVERIFY(ids[0].startsWith(QStringLiteral("vac_")) && ids[0].size() > 4);
-    QCOMPARE(ids[1], QStringLiteral("vdc_") + ids[0].mid(4));
-}
+            result += command.id();
+        return result;
+    };
+    const QStringList first = ids();
+    Settings(QString()).sync();
+    QCOMPARE(ids(), first);
+    QCOMPARE(first.size(), 2);
+    QVERIFY(first[0].startsWith("vac_") && first[0].size() > 4);
+    QCOMPARE(first[1], "vdc_" + first[0].mid(4));
 
-void TestAnnouncing::forgetsWhatIsNotAvailable() {
-    Stand stand;
-    ClientHarness client(stand);
-    enableVoice(false);
-    QVERIFY(LaunchManager(client.asr()).executableCommands().isEmpty());
-    const LaunchSettings settings;
-    QVERIFY(!settings.VoiceActivationEnabled);
-    QVERIFY(!settings.VoiceDeactivationEnabled);
+    client.enableVoice(false);
+    QVERIFY2(ids().isEmpty(), "what is not available is forgotten");
+    QVERIFY(!LaunchSettings().VoiceActivationEnabled);
+    QVERIFY(!LaunchSettings().VoiceDeactivationEnabled);
 }
 
 void TestAnnouncing::isSilentOnAConnectionThatOpens() {
@@ -185,8 +142,7 @@ void TestAnnouncing::isSilentOnAConnectionThatOpens() {
     ClientHarness client(stand);
     prepare(&client);
     client.manager()->setReconnectDelay(0);
-    client.start();
-    QVERIFY(client.waitFor(ConnectionState::Ready));
+    QVERIFY(client.open());
     QVERIFY(!stand.waitForMessage(MessageType::StartMode).isEmpty());
 
     // The next connection opens and waits while this thread has heard of nothing yet.
@@ -209,7 +165,7 @@ void TestAnnouncing::isSilentOnAConnectionThatOpens() {
     client.worker()->launchManager()->updateSettings();
     mayGoOn.release();
     QVERIFY(client.waitFor(ConnectionState::Ready));
-    QTRY_COMPARE(messagesOfLastConnection(stand), openingMessages);
+    QTRY_COMPARE(client.messages(stand), openingMessages);
 }
 
 DESK_CORE_TEST_MAIN(TestAnnouncing)

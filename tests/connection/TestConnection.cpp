@@ -7,7 +7,6 @@
 #include "core/settings/ASRSettings.h"
 #include "core/settings/ClientConnectionSettings.h"
 #include "core/settings/ConnectionManagerSettings.h"
-#include "core/settings/FormApiSettings.h"
 #include "core/settings/LaunchSettings.h"
 #include "recognition/AsrManager.h"
 #include "recognition/LocalAvocadoManager.h"
@@ -19,18 +18,16 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+using CS = ConnectionState;
+Q_DECLARE_METATYPE(CS)
+
 namespace {
 
 constexpr int blockBytes = 6400;
 
-/// The numbers of the client's messages, in the order in which the stand got them.
-QList<int> messages(const Stand &stand) {
-    QList<int> types;
-    for (const QJsonObject &event : stand.events()) {
-        if (event["event"].toString() == QLatin1String("message"))
-            types << event["type"].toInt();
-    }
-    return types;
+/// What the next message of this number carries.
+QJsonObject dataOf(Stand *stand, int type) {
+    return stand->waitForMessage(type)["data"].toObject();
 }
 
 QJsonObject server(const QString &id, const QString &connectionString) {
@@ -47,8 +44,6 @@ QList<int> numbers(std::initializer_list<ConnectionState> states) {
         result << static_cast<int>(state);
     return result;
 }
-
-using CS = ConnectionState;
 
 } // namespace
 
@@ -78,38 +73,25 @@ private slots:
 };
 
 void TestConnection::opensWithItsMessagesInOrder_data() {
-    QTest::addColumn<bool>("isVoiceEnabled");
-    QTest::addColumn<QString>("theme");
-    QTest::addColumn<QList<int>>("expected");
-    QTest::addColumn<int>("mode");
-    QTest::newRow("dictionary chosen") << false << "therapy" << QList<int>{13, 9, 11, 27, 1} << 0;
-    QTest::newRow("no dictionary chosen") << false << "" << QList<int>{13, 11, 27, 1} << 0;
-    QTest::newRow("voice activation") << true << "therapy" << QList<int>{13, 9, 11, 27, 1} << 1;
+    columns<QString, QList<int>>("theme", "expected");
+    row("dictionary chosen", "therapy", QList<int>{13, 9, 11, 27, 1});
+    row("no dictionary chosen", "", QList<int>{13, 11, 27, 1});
 }
 
 void TestConnection::opensWithItsMessagesInOrder() {
-    QFETCH(bool, isVoiceEnabled);
     QFETCH(QString, theme);
     Stand stand;
-    ClientHarness first(stand);
-    LaunchSettings().GlobalEnableVAC = isVoiceEnabled;
-    LaunchSettings().VoiceActivationEnabled = isVoiceEnabled;
+    ClientHarness client(stand);
     ASRSettings().SelectedTheme = theme;
-    first.worker()->launchManager(); // made before the settings stood
-    first.asr()->setIsVoiceActivationEnabled(isVoiceEnabled);
-    first.start();
-    QVERIFY(first.waitFor(CS::Ready));
-    const QJsonObject start = stand.waitForMessage(MessageType::StartMode);
-    QTEST(start["data"].toObject()["Type"].toInt(), "mode");
-    QTEST(messages(stand), "expected");
-    QCOMPARE(first.states(),
+    QVERIFY(client.open());
+    QCOMPARE(dataOf(&stand, MessageType::StartMode)["Type"].toInt(), 0);
+    QTEST(client.messages(stand), "expected");
+    QCOMPARE(client.states(),
              numbers({CS::BalancerRequested, CS::WsConnectionRequested, CS::WsConnected,
                       CS::ThemesRequested, CS::ThemesReceived, CS::Ready}));
     stand.rewind();
-    const QString cookies =
-        stand.waitFor(QStringLiteral("connected"))["headers"].toObject()["cookie"].toString();
-    QCOMPARE(cookies.count(QLatin1Char('=')), 21);
-    QVERIFY(cookies.contains(QStringLiteral("CLIENT_APP_NAME=Quillan Client (Linux Qt)")));
+    const QString cookies = stand.waitFor("connected")["headers"].toObject()["cookie"].toString();
+    QCOMPARE(cookies.count('='), 21);
 }
 
 void TestConnection::saysNothingBeforeItIsReady() {
@@ -127,11 +109,11 @@ void TestConnection::saysNothingBeforeItIsReady() {
     QMetaObject::invokeMethod(client.manager(), &ConnectionManager::onThemeCheckSuccess);
     QVERIFY(client.waitFor(CS::Ready));
     stand.waitForMessage(MessageType::StartMode);
-    QCOMPARE(messages(stand), QList<int>({13, 9, 11, 27, 1}));
+    QCOMPARE(client.messages(stand), QList<int>({13, 9, 11, 27, 1}));
 
     client.asr()->selectedTheme();
     stand.waitForMessage(MessageType::SelectTheme);
-    QCOMPARE(messages(stand).mid(5), QList<int>({1, 9}));
+    QCOMPARE(client.messages(stand).mid(5), QList<int>({1, 9}));
     client.forget();
     stand.tell("drop");
     QVERIFY2(client.waitFor(CS::Failed), "the only server has failed");
@@ -145,8 +127,7 @@ void TestConnection::dictates() {
                     QJsonObject{{"atBytes", 4 * blockBytes}, {"text", "раз два"}}}}});
     ClientHarness client(stand);
     QSignalSpy results(client.worker()->resultManager(), &ResultManager::resultReady);
-    client.start();
-    QVERIFY(client.waitFor(CS::Ready));
+    QVERIFY(client.open());
     const QByteArray block(blockBytes, '\1');
     emit client.recording().SoundAvailable(block); // Off: not to be sent
     client.asr()->changeRecognition();
@@ -158,14 +139,14 @@ void TestConnection::dictates() {
     QTRY_COMPARE(results.count(), 2);
     QCOMPARE(results[0], QVariantList({"Раз", false}));
     QCOMPARE(results[1], QVariantList({"Раз два", true}));
-    QTRY_COMPARE(stand.count(QStringLiteral("sound")), 4);
+    QTRY_COMPARE(stand.count("sound"), 4);
 
     client.asr()->changeRecognition();
     QVERIFY(!stand.waitForMessage(MessageType::StartMode).isEmpty());
     emit client.recording().SoundAvailable(block);
     QTRY_COMPARE(client.asr()->getLastStartedMode(), RecognitionMode::Off);
     stand.tell("state");
-    QCOMPARE(stand.count(QStringLiteral("sound")), 4);
+    QCOMPARE(stand.count("sound"), 4);
 }
 
 void TestConnection::resumesOnTheNextServer() {
@@ -178,11 +159,9 @@ void TestConnection::resumesOnTheNextServer() {
     QSignalSpy results(client.worker()->resultManager(), &ResultManager::resultReady);
     QSignalSpy lost(client.manager(), &ConnectionManager::disconnected);
     QSignalSpy modes(client.asr(), &AsrManager::currentModeOrStateChanged);
-    client.start();
-    QVERIFY(client.waitFor(CS::Ready));
-    client.asr()->startRecognition();
-    QTRY_COMPARE(client.asr()->currentState(), AsrState::Started);
-    stand.sayResult(QStringLiteral("последние слова"), false);
+    QVERIFY(client.open());
+    QVERIFY(client.dictate());
+    stand.sayResult("последние слова", false);
     QTRY_COMPARE(results.count(), 1);
 
     client.forget();
@@ -196,11 +175,10 @@ void TestConnection::resumesOnTheNextServer() {
              "what was said last is not lost");
     QCOMPARE(modes.value(0), QVariantList({QVariant::fromValue(RecognitionMode::Text),
                                            QVariant::fromValue(AsrState::Starting)}));
-    const QJsonObject connected = stand.waitFor(QStringLiteral("connected"));
+    const QJsonObject connected = stand.waitFor("connected");
     QCOMPARE(connected["port"].toInt(), second["port"].toInt());
-    QCOMPARE(stand.waitForMessage(MessageType::SelectTheme)["data"].toObject()["Id"].toString(),
-             QStringLiteral("therapy"));
-    QCOMPARE(stand.waitForMessage(MessageType::StartMode)["data"].toObject()["Type"].toInt(), 2);
+    QCOMPARE(dataOf(&stand, MessageType::SelectTheme)["Id"].toString(), "therapy");
+    QCOMPARE(dataOf(&stand, MessageType::StartMode)["Type"].toInt(), 2);
     QTRY_COMPARE(client.asr()->currentState(), AsrState::Started);
     QCOMPARE(ClientConnectionSettings().Port.get(), second["port"].toInt());
 }
@@ -209,45 +187,29 @@ void TestConnection::restoresAForm() {
     Stand stand;
     ClientHarness client(stand);
     FormMetadata form;
-    form.setKey(QStringLiteral("осмотр"));
-    client.asr()->getTargetModeInfo()->BackupTargetMode(
-        RecognitionMode::TemplatedForm, form, QStringLiteral("жалобы"), QStringLiteral("therapy"));
+    form.setKey("осмотр");
+    client.asr()->getTargetModeInfo()->BackupTargetMode(RecognitionMode::TemplatedForm, form,
+                                                        "жалобы", "therapy");
     client.start();
     const QJsonObject last = stand.waitForMessage(MessageType::TtsUnmute);
     QVERIFY(last["data"].isNull());
-    QCOMPARE(messages(stand), QList<int>({13, 9, 11, 27, 119, 106, 105, 120}));
+    QCOMPARE(client.messages(stand), QList<int>({13, 9, 11, 27, 119, 106, 105, 120}));
     stand.rewind();
-    QCOMPARE(
-        stand.waitForMessage(MessageType::FormDescription)["data"].toObject()["Key"].toString(),
-        QStringLiteral("осмотр"));
-    QCOMPARE(stand.waitForMessage(MessageType::FormElement)["data"].toString(),
-             QStringLiteral("жалобы"));
+    QCOMPARE(dataOf(&stand, MessageType::FormDescription)["Key"].toString(), "осмотр");
+    QCOMPARE(stand.waitForMessage(MessageType::FormElement)["data"].toString(), "жалобы");
 }
 
 void TestConnection::startsAndStopsByVoice() {
     Stand stand;
-    {
-        const ClientHarness settingsOnly(stand);
-        LaunchSettings settings;
-        settings.GlobalEnableVAC = true;
-        settings.VoiceActivationEnabled = true;
-        settings.VoiceDeactivationEnabled = true;
-    }
     ClientHarness client(stand);
-    {
-        LaunchSettings settings;
-        settings.GlobalEnableVAC = true;
-        settings.VoiceActivationEnabled = true;
-        settings.VoiceDeactivationEnabled = true;
-    }
+    client.enableVoice();
     client.worker()->launchManager()->updateSettings();
     client.start();
-    const QJsonArray commands =
-        stand.waitForMessage(MessageType::SetCommands)["data"].toObject()["Commands"].toArray();
+    const QJsonArray commands = dataOf(&stand, MessageType::SetCommands)["Commands"].toArray();
     QCOMPARE(commands.size(), 2);
-    QCOMPARE(commands[0].toObject()["Pattern"].toString(), QStringLiteral("Начать распознавание"));
+    QCOMPARE(commands[0].toObject()["Pattern"].toString(), "Начать распознавание");
     QTRY_COMPARE(client.asr()->getLastStartedMode(), RecognitionMode::VoiceActivation);
-    stand.sayResult(QStringLiteral("просто слова")); // no command: no effect
+    stand.sayResult("просто слова"); // no command: no effect
     stand.sayResult(QString(), true, commands[0].toObject()["Id"].toString());
     QTRY_COMPARE(client.asr()->getLastStartedMode(), RecognitionMode::Text);
     stand.sayResult(QString(), true, commands[1].toObject()["Id"].toString());
@@ -257,18 +219,13 @@ void TestConnection::startsAndStopsByVoice() {
     stand.forget();
     LaunchSettings().VoiceDeactivationEnabled = false;
     client.worker()->launchManager()->updateSettings();
-    QCOMPARE(stand.waitForMessage(MessageType::SetCommands)["data"]
-                 .toObject()["Commands"]
-                 .toArray()
-                 .size(),
-             1);
-    QCOMPARE(stand.waitForMessage(MessageType::StartMode)["data"].toObject()["Type"].toInt(), 1);
-    client.worker()->localAvocadoManager()->UpdateWords({QStringLiteral("альфа")});
-    QCOMPARE(
-        stand.waitForMessage(MessageType::SetPersonalWords)["data"].toObject()["Words"].toArray(),
-        QJsonArray({QStringLiteral("альфа")}));
+    QCOMPARE(dataOf(&stand, MessageType::SetCommands)["Commands"].toArray().size(), 1);
+    QCOMPARE(dataOf(&stand, MessageType::StartMode)["Type"].toInt(), 1);
+    client.worker()->localAvocadoManager()->UpdateWords({"альфа"});
+    QCOMPARE(dataOf(&stand, MessageType::SetPersonalWords)["Words"].toArray(),
+             QJsonArray({"альфа"}));
     const LocalAvocadoManager again(client.worker()->wsClient());
-    QCOMPARE(again.GetWords(), QStringList({QStringLiteral("альфа")}));
+    QCOMPARE(again.GetWords(), QStringList({"альфа"}));
 }
 
 void TestConnection::triesAgainForever() {
@@ -279,38 +236,28 @@ void TestConnection::triesAgainForever() {
     client.start();
     const auto failures = [&client] { return client.states().count(static_cast<int>(CS::Failed)); };
     QTRY_VERIFY_WITH_TIMEOUT(failures() >= 20, 30000);
-    QCOMPARE(client.message(), QStringLiteral("Не удалось получить список серверов"));
+    QCOMPARE(client.message(), "Не удалось получить список серверов");
     stand.tell({{"do", "servers"}, {"mode", "normal"}});
     QVERIFY(client.waitFor(CS::Ready));
 }
 
 void TestConnection::tellsWhyItFailed_data() {
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QList<int>>("states");
-    const QString noList = QStringLiteral("Не удалось получить список серверов");
-    const QString noServer = QStringLiteral("Не удалось подключиться к серверу");
+    columns<QString, QString, QString, QList<int>>("command", "mode", "message", "states");
+    const QString noList = "Не удалось получить список серверов";
+    const QString noServer = "Не удалось подключиться к серверу";
     const QList<int> unreached =
         numbers({CS::BalancerRequested, CS::WsConnectionRequested, CS::Failed});
-    QTest::newRow("no servers") << "servers"
-                                << "empty" << noList << unreached;
-    QTest::newRow("balancer says garbage") << "servers"
-                                           << "garbage" << noList << unreached;
-    QTest::newRow("balancer reports an error") << "servers"
-                                               << "fail" << noList << unreached;
+    row("no servers", "servers", "empty", noList, unreached);
+    row("balancer says garbage", "servers", "garbage", noList, unreached);
+    row("balancer reports an error", "servers", "fail", noList, unreached);
     const QList<int> withoutThemes =
         numbers({CS::BalancerRequested, CS::WsConnectionRequested, CS::WsConnected,
                  CS::ThemesRequested, CS::Disconnected, CS::WsConnectionRequested, CS::Failed});
-    QTest::newRow("themes fail") << "themes"
-                                 << "fail" << noServer << withoutThemes;
-    QTest::newRow("themes are garbage") << "themes"
-                                        << "garbage" << noServer << withoutThemes;
-    QTest::newRow("server refuses")
-        << "websocket"
-        << "refuse" << noServer
-        << numbers({CS::BalancerRequested, CS::WsConnectionRequested, CS::Disconnected,
-                    CS::WsConnectionRequested, CS::Failed});
+    row("themes fail", "themes", "fail", noServer, withoutThemes);
+    row("themes are garbage", "themes", "garbage", noServer, withoutThemes);
+    row("server refuses", "websocket", "refuse", noServer,
+        numbers({CS::BalancerRequested, CS::WsConnectionRequested, CS::Disconnected,
+                 CS::WsConnectionRequested, CS::Failed}));
 }
 
 void TestConnection::tellsWhyItFailed() {
@@ -332,15 +279,14 @@ void TestConnection::tellsWhyItFailed() {
 
 void TestConnection::skipsUnusableServers_data() {
     QTest::addColumn<QString>("connectionString");
-    QTest::newRow("too few parts") << "127.0.0.1;1";
-    QTest::newRow("nothing but separators") << ";;;";
-    QTest::newRow("empty") << "";
-    QTest::newRow("no numbers") << "127.0.0.1;abc;def";
-    QTest::newRow("a port out of range") << "127.0.0.1;99999999;1";
-    QTest::newRow("no host") << " ;34000;39255";
-    QTest::newRow("the local interface for forms") << "localhost;33999;1";
-    QTest::newRow("nobody listens") << "127.0.0.1;1;1";
-    QTest::newRow("percent signs") << "%1%2;5;5";
+    row("too few parts", "127.0.0.1;1");
+    row("empty", "");
+    row("no numbers", "127.0.0.1;abc;def");
+    row("a port out of range", "127.0.0.1;99999999;1");
+    row("no host", " ;34000;39255");
+    row("the local interface for forms", "localhost;33999;1");
+    row("nobody listens", "127.0.0.1;1;1");
+    row("percent signs", "%1%2;5;5");
 }
 
 void TestConnection::skipsUnusableServers() {
@@ -370,8 +316,7 @@ void TestConnection::closesASilentConnection() {
 void TestConnection::noticesADeadLink() {
     Stand stand;
     ClientHarness client(stand);
-    client.start();
-    QVERIFY(client.waitFor(CS::Ready));
+    QVERIFY(client.open());
     QElapsedTimer timer;
     timer.start();
     stand.tell("ignorePings");
@@ -402,7 +347,7 @@ void TestConnection::endsAStalledLink() {
     WebSocketClient client(nullptr);
     QSignalSpy connected(&client, &WebSocketConnection::connected);
     QSignalSpy disconnected(&client, &WebSocketConnection::disconnected);
-    emit client.open(QStringLiteral("127.0.0.1"), server.serverPort(), false);
+    emit client.open("127.0.0.1", server.serverPort(), false);
     QVERIFY(connected.wait());
     for (int i = 0; i < 40; ++i)
         client.sendDataBytes(QByteArray(1000000, '\1'));
@@ -414,12 +359,7 @@ void TestConnection::endsAStalledLink() {
 }
 
 void TestConnection::stopsAtAnyTime_data() {
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<int>("state");
-    const auto row = [](const char *name, const char *command, const char *mode, CS state) {
-        QTest::newRow(name) << command << mode << static_cast<int>(state);
-    };
+    columns<QString, QString, CS>("command", "mode", "state");
     row("while the balancer is silent", "servers", "silent", CS::WsConnectionRequested);
     row("while the socket opens", "websocket", "silent", CS::WsConnectionRequested);
     row("while the themes are fetched", "themes", "silent", CS::ThemesRequested);
@@ -430,12 +370,12 @@ void TestConnection::stopsAtAnyTime_data() {
 void TestConnection::stopsAtAnyTime() {
     QFETCH(QString, command);
     QFETCH(QString, mode);
-    QFETCH(int, state);
+    QFETCH(CS, state);
     Stand stand;
     stand.tell({{"do", command}, {"mode", mode}});
     ClientHarness client(stand);
     client.start();
-    QVERIFY(client.waitFor(static_cast<ConnectionState>(state)));
+    QVERIFY(client.waitFor(state));
     QElapsedTimer timer;
     timer.start();
     client.stop();

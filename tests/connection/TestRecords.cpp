@@ -2,17 +2,13 @@
 #include "commands/CommandsInfo.h"
 #include "connection/CookiesSource.h"
 #include "connection/DataMessageProcessor.h"
-#include "connection/WebSocketConnection.h"
 #include "connection/messages/MISInfo.h"
 #include "connection/messages/MessageTypeMapper.h"
 #include "connection/messages/RecognitionModeCommand.h"
 #include "connection/messages/ServerListDTO.h"
-#include "core/Exception.h"
 #include "formapi/FormMetadata.h"
 #include "themes/ClientThemeInfo.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QSettings>
 #include <QSignalSpy>
@@ -34,41 +30,38 @@ private slots:
     void writesRecords();
     void readsServerLists();
     void readsResults();
-    void refusesToWriteWhatOnlyArrives();
     void mapsMessageTypes();
     void namesTheClientInCookies();
 };
 
 void TestRecords::writesRecords_data() {
-    QTest::addColumn<QJsonValue>("written");
-    QTest::addColumn<QByteArray>("expected");
-    QTest::newRow("a mode of the server's choice is null")
-        << RecognitionModeCommand().toJson() << QByteArray(R"({"Parameters":{},"Type":null})");
-    QTest::newRow("off is a number") << RecognitionModeCommand(RecognitionMode::Off).toJson()
-                                     << QByteArray(R"({"Parameters":{},"Type":0})");
+    columns<QJsonValue, QString>("written", "expected");
+    row("a mode of the server's choice is null", RecognitionModeCommand().toJson(),
+        R"({"Parameters":{},"Type":null})");
+    row("off is a number", RecognitionModeCommand(RecognitionMode::Off).toJson(),
+        R"({"Parameters":{},"Type":0})");
     const QJsonObject command =
         object(R"({"Type":2,"Parameters":{"a":1,"b":true,"c":"x","d":null}})");
-    QTest::newRow("parameters become texts")
-        << RecognitionModeCommand(command).toJson()
-        << QByteArray(R"({"Parameters":{"a":"1","b":"true","c":"x","d":""},"Type":2})");
-    QTest::newRow("commands") << CommandsInfo({CommandInfo("i", "p", CommandType::User)}).toJson()
-                              << QByteArray(R"({"Commands":[{"Id":"i","Pattern":"p","Type":3}]})");
-    QTest::newRow("a theme from nothing")
-        << ClientThemeInfo(QJsonObject()).toJson()
-        << QByteArray(R"({"CompositionType":0,"Description":"","Id":"","Name":"",)"
-                      R"("NewVersionInfoUrl":"","ThemeId":"","Version":""})");
-    QTest::newRow("form settings are an object on the wire")
-        << FormMetadata(object(R"({"Key":"k","FormSettings":{"a":{"b":1}},"Mode":1})")).toJson()
-        << QByteArray(R"({"Childs":[],"CultureCode":"","CustomCommands":[],"FormCommands":[],)"
-                      R"("FormSettings":{"a":{"b":1}},"IsDeleted":false,"Key":"k","Mode":1,)"
-                      R"("Name":"","ThemeId":""})");
-    QTest::newRow("information system") << MISInfo(object(R"({"TypeId":"t","User":5})")).toJson()
-                                        << QByteArray(R"({"TypeId":"t","User":"","Version":""})");
+    row("parameters become texts", RecognitionModeCommand(command).toJson(),
+        R"({"Parameters":{"a":"1","b":"true","c":"x","d":""},"Type":2})");
+    row("no commands", CommandsInfo(QList<CommandInfo>()).toJson(), R"({"Commands":[]})");
+    row("commands", CommandsInfo({CommandInfo("i", "p", CommandType::User)}).toJson(),
+        R"({"Commands":[{"Id":"i","Pattern":"p","Type":3}]})");
+    row("a theme from nothing", ClientThemeInfo(QJsonObject()).toJson(),
+        R"({"CompositionType":0,"Description":"","Id":"","Name":"",)"
+        R"("NewVersionInfoUrl":"","ThemeId":"","Version":""})");
+    row("form settings are an object on the wire",
+        FormMetadata(object(R"({"Key":"k","FormSettings":{"a":{"b":1}},"Mode":1})")).toJson(),
+        R"({"Childs":[],"CultureCode":"","CustomCommands":[],"FormCommands":[],)"
+        R"("FormSettings":{"a":{"b":1}},"IsDeleted":false,"Key":"k","Mode":1,)"
+        R"("Name":"","ThemeId":""})");
+    row("information system", MISInfo(object(R"({"TypeId":"t","User":5})")).toJson(),
+        R"({"TypeId":"t","User":"","Version":""})");
 }
 
 void TestRecords::writesRecords() {
     QFETCH(QJsonValue, written);
-    QTEST(QJsonDocument(written.toObject()).toJson(QJsonDocument::Compact), "expected");
+    QTEST(QString(QJsonDocument(written.toObject()).toJson(QJsonDocument::Compact)), "expected");
 }
 
 void TestRecords::readsServerLists() {
@@ -85,7 +78,7 @@ void TestRecords::readsServerLists() {
     const QJsonObject written = list.toJson().toObject();
     QVERIFY(!written.contains("VacEnabled") && !written.contains("RecommendedServer"));
     const ServerListDTO again(written);
-    QCOMPARE(again.serverList().constFirst().connectionString(), QStringLiteral("h;1;2"));
+    QCOMPARE(again.serverList().constFirst().connectionString(), "h;1;2");
     QCOMPARE(again.serverList().constFirst().loadPerClient(), 0.0F);
     QVERIFY(!again.hasVacEnabled());
 
@@ -95,32 +88,25 @@ void TestRecords::readsServerLists() {
     const ServerListDTO noVac(
         object(R"({"VacEnabled":null,"RecommendedServer":{"ServerId":"r"}})"));
     QVERIFY(!noVac.hasVacEnabled());
-    QCOMPARE(noVac.recommendedServer()->serverId(), QStringLiteral("r"));
+    QCOMPARE(noVac.recommendedServer()->serverId(), "r");
 }
 
 void TestRecords::readsResults() {
     DataMessageProcessor processor(nullptr);
     QSignalSpy results(&processor, &DataMessageProcessor::resultReceived);
-    processor.onTextMessageReceived(QStringLiteral(R"({"MessageType":3})"));
+    processor.onTextMessageReceived(R"({"MessageType":3})");
     processor.onTextMessageReceived(
         QStringLiteral(R"({"MessageType":3,"Data":{"Text":"да","IsFinal":true,"CommandId":"c",)"
                        R"("Words":[{"Begin":1,"ProbabilityNorm":0.5,"Text":"да"},7]}})"));
-    processor.onTextMessageReceived(QStringLiteral(R"({"MessageType":27,"Data":{}})"));
+    processor.onTextMessageReceived(R"({"MessageType":27,"Data":{}})");
     QCOMPARE(results.count(), 2);
     const auto empty = results[0][0].value<TextResult>();
     QVERIFY(empty.text().isEmpty() && !empty.isFinal() && empty.words().isEmpty());
     const auto full = results[1][0].value<TextResult>().clone();
     QVERIFY(full.isFinal());
-    QCOMPARE(full.text() + full.commandId(), QStringLiteral("даc"));
+    QCOMPARE(full.text() + full.commandId(), "даc");
     QCOMPARE(full.words().size(), 2);
     QCOMPARE(full.words()[0].probabilityNorm(), 0.5);
-}
-
-void TestRecords::refusesToWriteWhatOnlyArrives() {
-    QVERIFY_EXCEPTION_THROWN(TextResult().toJson(), Exception);
-    QVERIFY_EXCEPTION_THROWN(UserNotification().toJson(), Exception);
-    QVERIFY_EXCEPTION_THROWN(TtsStateInfo().toJson(), Exception);
-    QVERIFY_EXCEPTION_THROWN(ServerThemesInfo().toJson(), Exception);
 }
 
 void TestRecords::mapsMessageTypes() {
@@ -147,7 +133,7 @@ void TestRecords::namesTheClientInCookies() {
     QSettings(folder + "Organisation.ini", QSettings::IniFormat)
         .setValue("Organisation/OrganisationFullName", "ГКБ; [1] {а}");
     CookiesSource changed;
-    changed.setAdditionalCookies({CookiesSource::encodedCookie("MIS_TYPE", QStringLiteral("x"))});
+    changed.setAdditionalCookies({CookiesSource::encodedCookie("MIS_TYPE", "x")});
     const QList<QNetworkCookie> after = changed.getCookies();
     QByteArrayList names;
     QMap<QByteArray, QByteArray> first;

@@ -1,4 +1,6 @@
 #include "DeskTest.h"
+#include "Files.h"
+#include "OtherThread.h"
 #include "Stand.h"
 #include "connection/BalancerRestAccessPoint.h"
 #include "connection/RestAccessPoint.h"
@@ -9,27 +11,12 @@
 #include "core/settings/SslSettings.h"
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QSslSocket>
 #include <QTcpServer>
-#include <QThread>
 
 namespace {
-
-/// Runs a blocking call on a thread of its own while this thread serves its events.
-template <typename Call>
-auto onAnotherThread(Call call) {
-    decltype(call()) result;
-    const std::unique_ptr<QThread> thread(QThread::create([&] { result = call(); }));
-    QSignalSpy finished(thread.get(), &QThread::finished);
-    thread->start();
-    if (!finished.wait(20000))
-        qCritical("the call does not come back");
-    thread->wait();
-    return result;
-}
 
 QJsonObject fetch(const QString &host, quint16 port, bool isEncrypted) {
     RestClient client;
@@ -41,13 +28,11 @@ QJsonObject fetch(const QString &host, quint16 port, bool isEncrypted) {
 class TlsServer : public QTcpServer {
 public:
     explicit TlsServer(const QString &folder) {
-        desk().run(QStringLiteral("openssl"),
+        desk().run("openssl",
                    {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=localhost",
                     "-keyout", folder + "/key.pem", "-out", folder + "/cert.pem"});
         m_certificates = QSslCertificate::fromPath(folder + "/cert.pem");
-        QFile file(folder + "/key.pem");
-        if (file.open(QIODevice::ReadOnly))
-            m_key = QSslKey(&file, QSsl::Rsa);
+        m_key = QSslKey(bytesOf(folder + "/key.pem"), QSsl::Rsa);
         listen(QHostAddress::LocalHost);
     }
 
@@ -113,7 +98,7 @@ void TestRest::sendsWhoItIs() {
     const auto themes = onAnotherThread([&] { return server.getThemes(); });
     QCOMPARE(themes.constFirst().id(), "therapy");
     ClientThemeInfo claim;
-    claim.setName(QStringLiteral("жалоба"));
+    claim.setName("жалоба");
     QVERIFY(onAnotherThread([&] { return server.sendClaim(claim); }));
     const QJsonObject sent = stand.waitFor(
         "rest", [](const QJsonObject &event) { return event["path"] == "/api/Claim"; });
@@ -129,14 +114,14 @@ void TestRest::turnsFailuresIntoValues_data() {
         return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) +
                "\r\n\r\n" + body;
     };
-    QTest::newRow("nobody listens") << QByteArray() << "Код: 1\n";
-    QTest::newRow("not found") << ok("").replace("200", "404") << "Код: 203\n";
-    QTest::newRow("not JSON") << ok("oops") << "illegal value";
-    QTest::newRow("closed at once") << QByteArray("closed") << "Код: 2\n";
-    QTest::newRow("silence for seven seconds") << QByteArray("silent") << "Код: 5\n";
-    QTest::newRow("deep") << ok(QByteArray(10000, '[')) << "too deeply nested document";
-    QTest::newRow("too large") << ok(QByteArray(80000000, ' ')) << "Код: 5\n";
-    QTest::newRow("an array is wrapped") << ok("[1]") << "";
+    row("nobody listens", QByteArray(), "Код: 1\n");
+    row("not found", ok("").replace("200", "404"), "Код: 203\n");
+    row("not JSON", ok("oops"), "illegal value");
+    row("closed at once", QByteArray("closed"), "Код: 2\n");
+    row("silence for seven seconds", QByteArray("silent"), "Код: 5\n");
+    row("deep", ok(QByteArray(10000, '[')), "too deeply nested document");
+    row("too large", ok(QByteArray(80000000, ' ')), "Код: 5\n");
+    row("an array is wrapped", ok("[1]"), "");
 }
 
 void TestRest::turnsFailuresIntoValues() {
@@ -188,11 +173,10 @@ void TestRest::endsWithItsThread() {
 }
 
 void TestRest::verifiesCertificates_data() {
-    QTest::addColumn<QString>("verification");
-    QTest::addColumn<bool>("isAccepted");
-    QTest::newRow("strict") << "Strict" << false;
-    QTest::newRow("insecure") << "Insecure" << true;
-    QTest::newRow("unknown value") << "strict" << true;
+    columns<QString, bool>("verification", "isAccepted");
+    row("strict", "Strict", false);
+    row("insecure", "Insecure", true);
+    row("unknown value", "strict", true);
 }
 
 void TestRest::verifiesCertificates() {
@@ -223,15 +207,13 @@ void TestRest::givesResponsesAsText() {
 }
 
 void TestRest::choosesTheProxy_data() {
-    QTest::addColumn<QByteArray>("environment");
-    QTest::addColumn<bool>("useProxy");
-    QTest::addColumn<int>("type");
+    columns<QByteArray, bool, int>("environment", "useProxy", "type");
     const QByteArray web = "http://proxy.example:3128";
     const QByteArray socks = "socks5://proxy.example:1080";
-    QTest::newRow("none") << QByteArray() << true << int(QNetworkProxy::DefaultProxy);
-    QTest::newRow("the system's") << web << true << int(QNetworkProxy::HttpProxy);
-    QTest::newRow("socks is of no use") << socks << true << int(QNetworkProxy::DefaultProxy);
-    QTest::newRow("switched off") << web << false << int(QNetworkProxy::NoProxy);
+    row("none", QByteArray(), true, int(QNetworkProxy::DefaultProxy));
+    row("the system's", web, true, int(QNetworkProxy::HttpProxy));
+    row("socks is of no use", socks, true, int(QNetworkProxy::DefaultProxy));
+    row("switched off", web, false, int(QNetworkProxy::NoProxy));
 }
 
 void TestRest::choosesTheProxy() {

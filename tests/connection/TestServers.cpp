@@ -1,4 +1,5 @@
 #include "DeskTest.h"
+#include "OtherThread.h"
 #include "Stand.h"
 #include "connection/ServersConnectionSource.h"
 #include "core/settings/BalancerConnectionSettings.h"
@@ -6,22 +7,16 @@
 #include "core/settings/ServersConnectionSettings.h"
 
 #include <QSignalSpy>
-#include <QThread>
 
 namespace {
 
-/// A blocking request to the stand; its answer comes from another process.
 QList<ServerInfoDTO> drain(ServersConnectionSource *source) {
-    QList<ServerInfoDTO> servers;
-    const std::unique_ptr<QThread> thread(QThread::create([&] {
+    return onAnotherThread([source] {
+        QList<ServerInfoDTO> servers;
         while (auto server = source->GetNextServer())
             servers << *server;
-    }));
-    QSignalSpy finished(thread.get(), &QThread::finished);
-    thread->start();
-    finished.wait(30000);
-    thread->wait();
-    return servers;
+        return servers;
+    });
 }
 
 QString ids(const QList<ServerInfoDTO> &servers) {
@@ -45,27 +40,20 @@ private slots:
     void ordersServers_data();
     void ordersServers();
     void triesTlsFirst();
-    void keepsItsQueueWithoutTheBalancer();
     void emptiesTheCacheOfAnotherBalancer();
     void offersFailedServersAgain_data();
     void offersFailedServersAgain();
 };
 
 void TestServers::ordersServers_data() {
-    QTest::addColumn<QJsonArray>("servers");
-    QTest::addColumn<QString>("recommended");
-    QTest::addColumn<QString>("order");
-    QTest::newRow("rising load") << QJsonArray{server("c", 0.9), server("a", 0.1), server("b", 0.5)}
-                                 << ""
-                                 << "a b c";
-    QTest::newRow("recommended first, whatever its load")
-        << QJsonArray{server("a", 0.1), server("c", 0.9), server("b", 0.5)} << "c"
-        << "c a b";
-    QTest::newRow("recommended one that is not listed")
-        << QJsonArray{server("b", 0.5), server("a", 0.1)} << "z"
-        << "a b";
-    QTest::newRow("no servers") << QJsonArray() << ""
-                                << "";
+    columns<QJsonArray, QString, QString>("servers", "recommended", "order");
+    row("rising load", QJsonArray{server("c", 0.9), server("a", 0.1), server("b", 0.5)}, "",
+        "a b c");
+    row("recommended first, whatever its load",
+        QJsonArray{server("a", 0.1), server("c", 0.9), server("b", 0.5)}, "c", "c a b");
+    row("recommended one that is not listed", QJsonArray{server("b", 0.5), server("a", 0.1)}, "z",
+        "a b");
+    row("no servers", QJsonArray(), "", "");
     QJsonArray twenty;
     QStringList order{"r", "r"};
     for (int i = 0; i < 18; ++i) {
@@ -76,7 +64,7 @@ void TestServers::ordersServers_data() {
     }
     twenty.insert(3, server("r", 5));
     twenty.insert(17, server("r", 2));
-    QTest::newRow("recommended twice among twenty") << twenty << "r" << order.join(' ');
+    row("recommended twice among twenty", twenty, "r", order.join(' '));
 }
 
 void TestServers::ordersServers() {
@@ -95,7 +83,7 @@ void TestServers::ordersServers() {
     QCOMPARE(source.lastServerCount(), servers.size());
     QVERIFY(!source.GetNextServer()); // within the refresh time, without a request
     stand.tell("state");
-    QCOMPARE(stand.count(QStringLiteral("rest")), 1);
+    QCOMPARE(stand.count("rest"), 1);
 }
 
 void TestServers::triesTlsFirst() {
@@ -105,27 +93,15 @@ void TestServers::triesTlsFirst() {
     source.setListRefreshTimeout(-1); // every call asks anew
     QSignalSpy vac(&source, &ServersConnectionSource::ReceivedVACSettingsFromBalancer);
     QCOMPARE(drain(&source).size(), 1);
-    QVERIFY(!stand.waitFor(QStringLiteral("tls")).isEmpty());
+    QVERIFY(!stand.waitFor("tls").isEmpty());
     QVERIFY2(!BalancerConnectionSettings().UseTls, "the scheme that worked stays in the settings");
     QVERIFY(vac.count() >= 1);
-    const int tlsAttempts = stand.count(QStringLiteral("tls"));
+    const int tlsAttempts = stand.count("tls");
     drain(&source);
-    QCOMPARE(stand.count(QStringLiteral("tls")), tlsAttempts);
+    QCOMPARE(stand.count("tls"), tlsAttempts);
     source.Reset();
     drain(&source);
-    QVERIFY2(!stand.waitFor(QStringLiteral("tls")).isEmpty(), "a new pass tries TLS again");
-}
-
-void TestServers::keepsItsQueueWithoutTheBalancer() {
-    Stand stand;
-    stand.writeSettings();
-    ServersConnectionSource source;
-    source.setListRefreshTimeout(600);
-    QCOMPARE(drain(&source).size(), 1);
-    stand.tell({{"do", "servers"}, {"mode", "garbage"}});
-    source.Reset();
-    QVERIFY(drain(&source).isEmpty());
-    QCOMPARE(source.lastServerCount(), 1);
+    QVERIFY2(!stand.waitFor("tls").isEmpty(), "a new pass tries TLS again");
 }
 
 void TestServers::emptiesTheCacheOfAnotherBalancer() {
@@ -139,28 +115,28 @@ void TestServers::emptiesTheCacheOfAnotherBalancer() {
             CachedServerSettings().ServersList.get().contains(QString::number(stand.restPort())));
         stand.tell({{"do", "servers"}, {"mode", "fail"}});
         source.Reset();
-        drain(&source);
-        QVERIFY2(CachedServerSettings().ServersList.get().contains(QStringLiteral("ServerId")),
+        QVERIFY(drain(&source).isEmpty());
+        QCOMPARE(source.lastServerCount(), 1);
+        QVERIFY2(CachedServerSettings().ServersList.get().contains("ServerId"),
                  "the same balancer's list stays");
     }
     {
         BalancerConnectionSettings settings;
-        settings.Ip = QStringLiteral("127.0.0.1");
+        settings.Ip = "127.0.0.1";
         settings.RestPort = 1; // nobody listens there
     }
     ServersConnectionSource source;
     source.setListRefreshTimeout(600);
     drain(&source);
-    QVERIFY(!CachedServerSettings().ServersList.get().contains(QStringLiteral("ServerId")));
+    QVERIFY(!CachedServerSettings().ServersList.get().contains("ServerId"));
 }
 
 void TestServers::offersFailedServersAgain_data() {
-    QTest::addColumn<int>("minTimeout");
-    QTest::addColumn<int>("reportAge"); // of the server's last report, when the list was made
-    QTest::addColumn<bool>("isOffered");
-    QTest::newRow("failed too short ago") << 600 << 0 << false;
-    QTest::newRow("reported since it failed") << -1 << -10 << true;
-    QTest::newRow("has not reported since") << -1 << 700 << false;
+    // The age is that of the server's last report, when the list was made.
+    columns<int, int, bool>("minTimeout", "reportAge", "isOffered");
+    row("failed too short ago", 600, 0, false);
+    row("reported since it failed", -1, -10, true);
+    row("has not reported since", -1, 700, false);
 }
 
 void TestServers::offersFailedServersAgain() {
@@ -178,16 +154,15 @@ void TestServers::offersFailedServersAgain() {
                                      {"TimeStamp", now.toString(Qt::ISODateWithMs)}}}});
     ServersConnectionSource source;
     source.setListRefreshTimeout(600);
-    QCOMPARE(ids(drain(&source)), QStringLiteral("a"));
-    source.storage().SetStatus(QStringLiteral("a"), DisconnectStatus::ConnectionLost);
+    QCOMPARE(ids(drain(&source)), "a");
+    source.storage().SetStatus("a", DisconnectStatus::ConnectionLost);
     source.setListRefreshTimeout(-1);
-    const std::unique_ptr<QThread> thread(QThread::create([&] { source.UpdateServers(); }));
-    QSignalSpy finished(thread.get(), &QThread::finished);
-    thread->start();
-    QVERIFY(finished.wait(20000));
-    thread->wait();
-    QTEST(source.lastServerCount() == 1, "isOffered");
-    QTEST(source.storage().GetStatus(QStringLiteral("a")) == DisconnectStatus::None, "isOffered");
+    const int count = onAnotherThread([&source] {
+        source.UpdateServers();
+        return source.lastServerCount();
+    });
+    QTEST(count == 1, "isOffered");
+    QTEST(source.storage().GetStatus("a") == DisconnectStatus::None, "isOffered");
 }
 
 DESK_CORE_TEST_MAIN(TestServers)

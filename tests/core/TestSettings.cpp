@@ -1,4 +1,5 @@
 #include "DeskTest.h"
+#include "Files.h"
 #include "core/settings/ASRSettings.h"
 #include "core/settings/ClientConnectionSettings.h"
 #include "core/settings/ClientInfoSettings.h"
@@ -8,7 +9,6 @@
 #include "core/settings/TTSSettings.h"
 
 #include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 
 /// The settings file: what is written, when, and what a bad file reads as.
@@ -31,8 +31,10 @@ private slots:
 
 private:
     static QString path() { return Settings(QString()).fileName(); }
-    static QByteArray content();
-    static void write(const QByteArray &text);
+    static QByteArray content() { return bytesOf(path()); }
+    static bool write(const QByteArray &text) {
+        return QDir().mkpath(QFileInfo(path()).path()) && save(path(), text);
+    }
 };
 
 void TestSettings::init() {
@@ -41,28 +43,15 @@ void TestSettings::init() {
     Settings(QString()).sync();
 }
 
-QByteArray TestSettings::content() {
-    QFile file(path());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void TestSettings::write(const QByteArray &text) {
-    QVERIFY(QDir().mkpath(QFileInfo(path()).path()));
-    QFile file(path());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(text), text.size());
-}
-
 void TestSettings::writesOnlyWhatIsNew() {
-    QCOMPARE(path(), qEnvironmentVariable("XDG_CONFIG_HOME") +
-                         QStringLiteral("/Ostrel/Vellumar/settings.ini"));
+    QCOMPARE(path(), qEnvironmentVariable("XDG_CONFIG_HOME") + "/Ostrel/Vellumar/settings.ini");
     {
         RecordingDeviceSettings settings;
         settings.Gain = 100;
         QVERIFY(!settings.changed && !settings.Gain.changed());
         settings.Gain = 70;
         QVERIFY(settings.changed && settings.Gain.changed() && !settings.Name.changed());
-        settings.Name = QStringLiteral("микрофон");
+        settings.Name = "микрофон";
     }
     const QByteArray first = content();
     QVERIFY(first.contains("[RecordingDevice]"));
@@ -72,7 +61,7 @@ void TestSettings::writesOnlyWhatIsNew() {
         RecordingDeviceSettings settings;
         settings.Gain = 70;
         QVERIFY(!settings.changed);
-        QCOMPARE(settings.Name.get(), QStringLiteral("микрофон"));
+        QCOMPARE(settings.Name.get(), "микрофон");
     }
     QCOMPARE(content(), first);
     {
@@ -86,83 +75,75 @@ void TestSettings::keepsOtherObjectsInStep() {
     ASRSettings writer;
     const ASRSettings reader;
     QCOMPARE(reader.SelectedTheme.get(), QString());
-    writer.SelectedTheme = QStringLiteral("therapy");
+    writer.SelectedTheme = "therapy";
     writer.sync();
-    QCOMPARE(reader.SelectedTheme.get(), QStringLiteral("therapy"));
+    QCOMPARE(reader.SelectedTheme.get(), "therapy");
 }
 
 void TestSettings::readsStoredText_data() {
-    QTest::addColumn<QByteArray>("stored");
-    QTest::addColumn<bool>("sendingMode");
-    QTest::addColumn<int>("gain");
-    QTest::addColumn<double>("speed");
-    QTest::newRow("no file") << QByteArray() << true << 100 << 1.0;
-    QTest::newRow("good values")
-        << QByteArray("[ASR]\nSendingMode=false\n[RecordingDevice]\nGain=5\n[TTS]\nSpeed=1.5\n")
-        << false << 5 << 1.5;
-    QTest::newRow("a bool as text")
-        << QByteArray("[ASR]\nSendingMode=\"true\"\n") << true << 100 << 1.0;
-    QTest::newRow("no numbers read as zero, not as the default")
-        << QByteArray("[RecordingDevice]\nGain=abc\n[TTS]\nSpeed=fast\n") << true << 0 << 0.0;
-    QTest::newRow("not an ini file")
-        << QByteArrayLiteral("\x7f\x45LF\0\0[[[\n==\n]") << true << 100 << 1.0;
-    QTest::newRow("a list where a number belongs")
-        << QByteArray("[RecordingDevice]\nGain=1, 2, 3\n") << true << 0 << 1.0;
+    columns<QByteArray, bool, int, double>("stored", "sendingMode", "gain", "speed");
+    row("no file", QByteArray(), true, 100, 1.0);
+    row("good values",
+        QByteArray("[ASR]\nSendingMode=false\n[RecordingDevice]\nGain=5\n[TTS]\nSpeed=1.5\n"),
+        false, 5, 1.5);
+    row("a bool as text", QByteArray("[ASR]\nSendingMode=\"true\"\n"), true, 100, 1.0);
+    row("no numbers read as zero, not as the default",
+        QByteArray("[RecordingDevice]\nGain=abc\n[TTS]\nSpeed=fast\n"), true, 0, 0.0);
+    row("not an ini file", QByteArrayLiteral("\x7f\x45LF\0\0[[[\n==\n]"), true, 100, 1.0);
+    row("a list where a number belongs", QByteArray("[RecordingDevice]\nGain=1, 2, 3\n"), true, 0,
+        1.0);
 }
 
 void TestSettings::readsStoredText() {
     QFETCH(QByteArray, stored);
-    write(stored);
+    QVERIFY(write(stored));
     QTEST(ASRSettings().SendingMode.get(), "sendingMode");
     QTEST(RecordingDeviceSettings().Gain.get(), "gain");
     QTEST(TTSSettings().Speed.get(), "speed");
 }
 
 void TestSettings::readsBase64_data() {
-    QTest::addColumn<QByteArray>("stored");
-    QTest::addColumn<QString>("clear");
-    QTest::newRow("default") << QByteArray() << QStringLiteral("Александр");
-    QTest::newRow("stored") << QByteArray("0JXQu9C10L3QsA==") << QStringLiteral("Елена");
-    QTest::newRow("cut at a zero byte") << QByteArray("YWIAY2Q=") << QStringLiteral("ab");
-    QTest::newRow("not base64 at all") << QByteArray("\xD0\xAF") << QString();
+    columns<QByteArray, QString>("stored", "clear");
+    row("default", QByteArray(), "Александр");
+    row("stored", QByteArray("0JXQu9C10L3QsA=="), "Елена");
+    row("cut at a zero byte", QByteArray("YWIAY2Q="), "ab");
+    row("not base64 at all", QByteArray("\xD0\xAF"), QString());
 }
 
 void TestSettings::readsBase64() {
     QFETCH(QByteArray, stored);
-    if (!stored.isEmpty())
-        write("[TTS]\nVoice=" + stored + "\n");
+    QVERIFY(stored.isEmpty() || write("[TTS]\nVoice=" + stored + "\n"));
     QTEST(TTSSettings().Voice.get(), "clear");
     {
         FeedbackSettings settings;
-        settings.FullName = QStringLiteral("Иванов; \"И\"");
+        settings.FullName = "Иванов; \"И\"";
     }
     QVERIFY(content().contains("FullName=0JjQstCw0L3QvtCyOyAi0Jgi"));
-    QCOMPARE(FeedbackSettings().FullName.get(), QStringLiteral("Иванов; \"И\""));
+    QCOMPARE(FeedbackSettings().FullName.get(), "Иванов; \"И\"");
 }
 
 void TestSettings::takesDefaultsFromTheBuild() {
     QCOMPARE(ASRSettings().PunctuationEnabled.get(), false);
-    QCOMPARE(ClientConnectionSettings().Ip.get(), QStringLiteral("localhost"));
+    QCOMPARE(ClientConnectionSettings().Ip.get(), "localhost");
     QCOMPARE(FormApiSettings().RestPort.get(), 39256);
-    write("[ASR]\nPunctuationEnabled=true\n");
+    QVERIFY(write("[ASR]\nPunctuationEnabled=true\n"));
     QCOMPARE(ASRSettings().PunctuationEnabled.get(), true);
 }
 
 void TestSettings::makesOneDesktopId() {
     const QString id = ClientInfoSettings().getOrCreateDesktopId();
-    const QRegularExpression form(QStringLiteral("^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$"));
+    const QRegularExpression form("^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$");
     QVERIFY2(form.match(id).hasMatch(), qPrintable(id));
     QCOMPARE(ClientInfoSettings().getOrCreateDesktopId(), id);
     QVERIFY(content().contains(id.toUtf8()));
 }
 
 void TestSettings::knowsLocalhost_data() {
-    QTest::addColumn<QString>("host");
-    QTest::addColumn<bool>("isLocal");
-    QTest::newRow("blanks around") << QStringLiteral("  localhost ") << true;
-    QTest::newRow("by number") << QStringLiteral("127.0.0.1") << true;
-    QTest::newRow("capitals") << QStringLiteral("LOCALHOST") << false;
-    QTest::newRow("another host") << QStringLiteral("localhost.example") << false;
+    columns<QString, bool>("host", "isLocal");
+    row("blanks around", "  localhost ", true);
+    row("by number", "127.0.0.1", true);
+    row("capitals", "LOCALHOST", false);
+    row("another host", "localhost.example", false);
 }
 
 void TestSettings::knowsLocalhost() {
@@ -175,8 +156,8 @@ void TestSettings::knowsLocalhost() {
 void TestSettings::usesThePlainFileWithoutAName() {
     Settings::setFileName(QString());
     const QString plain = path();
-    Settings::setFileName(QStringLiteral("settings"));
-    QVERIFY2(plain.endsWith(QStringLiteral("/Ostrel/Vellumar.ini")), qPrintable(plain));
+    Settings::setFileName("settings");
+    QVERIFY2(plain.endsWith("/Ostrel/Vellumar.ini"), qPrintable(plain));
 }
 
 DESK_CORE_TEST_MAIN(TestSettings)

@@ -5,7 +5,6 @@
 
 #include <QElapsedTimer>
 #include <QSemaphore>
-#include <QSignalSpy>
 #include <QThread>
 
 #include <functional>
@@ -30,7 +29,7 @@ public:
 
 protected:
     void initialize() override {
-        steps << QStringLiteral("initialize");
+        steps << "initialize";
         onInitialize();
     }
     void process(CancellationCondition *cancellation) override {
@@ -38,7 +37,7 @@ protected:
         onProcess(cancellation);
     }
     void cleanUp() override {
-        steps << QStringLiteral("cleanUp");
+        steps << "cleanUp";
         lives.release();
         onCleanUp();
     }
@@ -68,12 +67,10 @@ class TestWorkers : public QObject {
 
 private slots:
     void livesAgainAfterAStop();
-    void stopsWithoutAStart();
     void logsFaults_data();
     void logsFaults();
     void goesOnAfterAFaultyRound();
-    void endsAPauseAtOnce_data();
-    void endsAPauseAtOnce();
+    void stopsAtOnce();
     void outlivesALateWorker();
 };
 
@@ -81,8 +78,7 @@ void TestWorkers::livesAgainAfterAStop() {
     auto *worker = new ScriptedWorker;
     SubService service(worker, true);
     QVERIFY(service.autoStart());
-    const QStringList life{QStringLiteral("initialize"), QStringLiteral("ScriptedWorker"),
-                           QStringLiteral("cleanUp")};
+    const QStringList life{"initialize", "ScriptedWorker", "cleanUp"};
     service.Start();
     QVERIFY(worker->lives.tryAcquire(1, 5000));
     QVERIFY(!worker->isWorkDone(nullptr));
@@ -93,23 +89,8 @@ void TestWorkers::livesAgainAfterAStop() {
     QCOMPARE(worker->steps, life + life);
 }
 
-void TestWorkers::stopsWithoutAStart() {
-    SubService service(new CountingWorker(0), false);
-    QElapsedTimer timer;
-    timer.start();
-    service.Stop();
-    QVERIFY(timer.elapsed() < 50);
-    QVERIFY(!service.autoStart());
-}
-
 void TestWorkers::logsFaults_data() {
-    QTest::addColumn<QString>("place");
-    QTest::addColumn<bool>("isKnown");
-    QTest::addColumn<QString>("message");
-    const auto row = [](const char *name, const char *place, bool isKnown, const char *message) {
-        QTest::newRow(name) << QString::fromLatin1(place) << isKnown
-                            << QString::fromLatin1(message);
-    };
+    columns<QString, bool, QString>("place", "isKnown", "message");
     row("initialize", "initialize", true,
         "External cycle error in subService [ScriptedWorker]: \nboom");
     row("process", "process", true, "External cycle error in subService [ScriptedWorker]: \nboom");
@@ -130,7 +111,7 @@ void TestWorkers::logsFaults() {
     const auto fail = [place, isKnown, worker](const char *here) {
         if (place != QLatin1String(here))
             return;
-        if (place == QLatin1String("onStop")) // or the service would wait its whole time
+        if (place == "onStop") // or the service would wait its whole time
             worker->BaseWorker::onStop();
         if (isKnown)
             throw Exception("boom");
@@ -164,29 +145,21 @@ void TestWorkers::goesOnAfterAFaultyRound() {
     QCOMPARE(worker->rounds.available(), 0);
 }
 
-void TestWorkers::endsAPauseAtOnce_data() {
-    QTest::addColumn<bool>("isStartDelay");
-    QTest::newRow("between two rounds") << false;
-    QTest::newRow("before the start") << true;
-}
-
-void TestWorkers::endsAPauseAtOnce() {
-    QFETCH(bool, isStartDelay);
-    std::unique_ptr<SubService> service;
-    if (isStartDelay) {
-        auto *worker = new ScriptedWorker;
-        worker->setStartDelay(60000);
-        service = std::make_unique<SubService>(worker, true);
-        service->Start();
-    } else {
-        auto *worker = new CountingWorker(60000);
-        service = std::make_unique<SubService>(worker, true);
-        service->Start();
-        QVERIFY(worker->rounds.tryAcquire(1, 5000));
-    }
+void TestWorkers::stopsAtOnce() {
+    auto *delayed = new ScriptedWorker;
+    delayed->setStartDelay(60000);
+    auto *counting = new CountingWorker(60000);
+    SubService neverStarted(new CountingWorker(0), false);
+    SubService beforeTheStart(delayed, true);
+    SubService betweenTwoRounds(counting, true);
+    beforeTheStart.Start();
+    betweenTwoRounds.Start();
+    QVERIFY(counting->rounds.tryAcquire(1, 5000));
     QElapsedTimer timer;
     timer.start();
-    service->Stop();
+    neverStarted.Stop();
+    beforeTheStart.Stop();
+    betweenTwoRounds.Stop();
     QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
 }
 

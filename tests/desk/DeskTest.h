@@ -46,6 +46,18 @@ int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
     return failures;
 }
 
+/// Adds the columns of the data of a test: columns<QString, int>("text", "length").
+template <typename... Types, typename... Names>
+void columns(Names... names) {
+    (QTest::addColumn<Types>(names), ...);
+}
+
+/// Adds a row to the data of a test: its name, then a value a column, of exactly the column's type.
+template <typename... Values>
+void row(const char *name, const Values &...values) {
+    (QTest::newRow(name) << ... << values);
+}
+
 /// The main function of a test executable: DESK_TEST_MAIN(TestKeys, VirtualDesk::Screen).
 #define DESK_TEST_MAIN(TestObject, needs)                                                          \
     int main(int argc, char **argv) {                                                              \

@@ -2,7 +2,6 @@
 #include "connection/DataMessageProcessor.h"
 #include "connection/WebSocketClient.h"
 #include "connection/messages/MessageType.h"
-#include "core/settings/ASRSettings.h"
 #include "core/settings/LaunchSettings.h"
 #include "recognition/AsrManager.h"
 
@@ -15,13 +14,13 @@ using Modes = std::optional<RecognitionMode>;
 
 ClientThemeInfo theme(const char *id) {
     ClientThemeInfo info;
-    info.setId(QString::fromLatin1(id));
+    info.setId(id);
     return info;
 }
 
 FormMetadata formOf(const char *themeId) {
     FormMetadata form;
-    form.setThemeId(QString::fromLatin1(themeId));
+    form.setThemeId(themeId);
     return form;
 }
 
@@ -50,15 +49,14 @@ void TestRecognition::init() {
 }
 
 void TestRecognition::followsTheSettingWhileIdle_data() {
-    QTest::addColumn<int>("stored"); // -1 for a target that was never set
-    QTest::addColumn<bool>("isVoiceEnabled");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("never set") << -1 << false << 0;
-    QTest::newRow("never set, voice on") << -1 << true << 1;
-    QTest::newRow("off, voice on since") << 0 << true << 1;
-    QTest::newRow("voice, off since") << 1 << false << 0;
-    QTest::newRow("dictation stays") << 2 << true << 2;
-    QTest::newRow("form stays") << 3 << true << 3;
+    // -1 for a target that was never set.
+    columns<int, bool, int>("stored", "isVoiceEnabled", "expected");
+    row("never set", -1, false, 0);
+    row("never set, voice on", -1, true, 1);
+    row("off, voice on since", 0, true, 1);
+    row("voice, off since", 1, false, 0);
+    row("dictation stays", 2, true, 2);
+    row("form stays", 3, true, 3);
 }
 
 void TestRecognition::followsTheSettingWhileIdle() {
@@ -77,27 +75,16 @@ void TestRecognition::followsTheSettingWhileIdle() {
 }
 
 void TestRecognition::findsTheTargetTheme_data() {
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("formTheme");
-    QTest::addColumn<QString>("targetTheme");
-    QTest::addColumn<bool>("isFine");
-    QTest::addColumn<QString>("found");
-    QTest::newRow("no target") << -1 << ""
-                               << "a" << true << "";
-    QTest::newRow("idle wants none") << 1 << ""
-                                     << "a" << true << "";
-    QTest::newRow("dictation") << 2 << ""
-                               << "b" << true << "b";
-    QTest::newRow("dictation, gone") << 2 << ""
-                                     << "z" << false << "";
-    QTest::newRow("dictation without one") << 2 << ""
-                                           << "" << true << "";
-    QTest::newRow("form's own") << 3 << "a"
-                                << "b" << true << "a";
-    QTest::newRow("form without one") << 4 << ""
-                                      << "b" << true << "b";
-    QTest::newRow("form's own, gone") << 3 << "z"
-                                      << "b" << false << "";
+    columns<int, QString, QString, bool, QString>("mode", "formTheme", "targetTheme", "isFine",
+                                                  "found");
+    row("no target", -1, "", "a", true, "");
+    row("idle wants none", 1, "", "a", true, "");
+    row("dictation", 2, "", "b", true, "b");
+    row("dictation, gone", 2, "", "z", false, "");
+    row("dictation without one", 2, "", "", true, "");
+    row("form's own", 3, "a", "b", true, "a");
+    row("form without one", 4, "", "b", true, "b");
+    row("form's own, gone", 3, "z", "b", false, "");
 }
 
 void TestRecognition::findsTheTargetTheme() {
@@ -117,23 +104,23 @@ void TestRecognition::findsTheTargetTheme() {
 void TestRecognition::changesTheFormOnlyInAFormMode() {
     TargetModeInfo target;
     const auto change = [&target] {
-        target.BackupTargetElement(QStringLiteral("field"));
-        target.UpdateTargetCommandSet({QStringLiteral("c")});
-        target.UpdateTargetFormSettings({{QStringLiteral("k"), 1}});
-        target.UpdateTargetTheme(QStringLiteral("t"));
+        target.BackupTargetElement("field");
+        target.UpdateTargetCommandSet({"c"});
+        target.UpdateTargetFormSettings({{"k", 1}});
+        target.UpdateTargetTheme("t");
     };
     target.BackupTargetMode(RecognitionMode::Text, formOf("a"), std::nullopt, QString());
     change();
     QVERIFY(!target.formElement() && target.form()->formCommands().isEmpty());
-    QCOMPARE(target.form()->themeId(), QStringLiteral("a"));
-    QCOMPARE(target.themeId(), QStringLiteral("t"));
+    QCOMPARE(target.form()->themeId(), "a");
+    QCOMPARE(target.themeId(), "t");
 
     target.BackupTargetMode(RecognitionMode::TemplatedForm, formOf("a"), std::nullopt, QString());
     change();
-    QCOMPARE(*target.formElement(), QStringLiteral("field"));
+    QCOMPARE(*target.formElement(), "field");
     QCOMPARE(target.form()->formCommands().size(), 1);
-    QCOMPARE(target.form()->formSettings(), QStringLiteral("{\"k\":1}"));
-    QCOMPARE(target.form()->themeId(), QStringLiteral("t"));
+    QCOMPARE(target.form()->formSettings(), "{\"k\":1}");
+    QCOMPARE(target.form()->themeId(), "t");
 
     unsigned long window = 0;
     target.UpdateTargetHandles(7);
@@ -167,18 +154,16 @@ void TestRecognition::reportsAModeOnce() {
 }
 
 void TestRecognition::asksForModes_data() {
-    QTest::addColumn<int>("target"); // -1 for none
-    QTest::addColumn<int>("request");
-    QTest::addColumn<bool>("isVoiceEnabled");
-    QTest::addColumn<int>("stoppingMode"); // -1 for no report
-    QTest::addColumn<int>("newTarget");
+    // -1 for no target, and for no report of a mode that stops.
+    columns<int, int, bool, int, int>("target", "request", "isVoiceEnabled", "stoppingMode",
+                                      "newTarget");
     enum { Start, Stop };
-    QTest::newRow("start") << -1 << +Start << false << 0 << 2;
-    QTest::newRow("start again") << 2 << +Start << false << -1 << 2;
-    QTest::newRow("stop") << 2 << +Stop << false << 2 << 0;
-    QTest::newRow("stop again") << 0 << +Stop << false << -1 << 0;
-    QTest::newRow("stop, voice on") << 2 << +Stop << true << 2 << 1;
-    QTest::newRow("stop a form") << 3 << +Stop << false << 3 << 0;
+    row("start", -1, +Start, false, 0, 2);
+    row("start again", 2, +Start, false, -1, 2);
+    row("stop", 2, +Stop, false, 2, 0);
+    row("stop again", 0, +Stop, false, -1, 0);
+    row("stop, voice on", 2, +Stop, true, 2, 1);
+    row("stop a form", 3, +Stop, false, 3, 0);
 }
 
 void TestRecognition::asksForModes() {
@@ -225,11 +210,11 @@ void TestRecognition::refusesToStartWithoutAConnection() {
     info.setState(static_cast<int>(ConnectionState::Failed));
     manager.connectionStateChanged(info);
     manager.changeRecognition();
-    info.setMessage(QStringLiteral("Не удалось получить список серверов"));
+    info.setMessage("Не удалось получить список серверов");
     manager.connectionStateChanged(info);
     manager.startRecognition();
-    QCOMPARE(errors, QStringList({QStringLiteral("Не удалось подключиться к серверу"),
-                                  QStringLiteral("Не удалось получить список серверов")}));
+    QCOMPARE(errors, QStringList({"Не удалось подключиться к серверу",
+                                  "Не удалось получить список серверов"}));
     QVERIFY(!manager.getTargetModeInfo()->mode());
     manager.stopRecognition();
     QCOMPARE(sent.count(), 0);

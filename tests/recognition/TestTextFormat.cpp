@@ -9,70 +9,54 @@
 
 #include <QSignalSpy>
 
+namespace {
+
+/// The way of a result to its text, with nothing said so far.
+class Formatter {
+public:
+    QString format(const QString &text, bool isFinal = true) {
+        return m_results.formatText(text, isFinal);
+    }
+
+private:
+    WebSocketClient m_client{nullptr};
+    AsrManager m_asrManager{&m_client};
+    AutoReplaceManager m_autoReplace;
+    ExecutableCommandsManager m_commands{{}, &m_client};
+    ResultManager m_results{&m_client, &m_asrManager, &m_autoReplace, &m_commands};
+};
+
+} // namespace
+
 /// How results become prose, one result after another.
 class TestTextFormat : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void continuesAcrossResults();
     void formats_data();
     void formats();
     void partialTextLeavesTheStateAlone();
-
-private:
-    /// A final result in a sentence that is under way.
-    QString afterAWord(const QString &text);
-
-    std::unique_ptr<WebSocketClient> m_client;
-    std::unique_ptr<AsrManager> m_asrManager;
-    AutoReplaceManager m_autoReplace;
-    std::unique_ptr<ExecutableCommandsManager> m_commands;
-    std::unique_ptr<ResultManager> m_results;
 };
-
-void TestTextFormat::init() {
-    m_client = std::make_unique<WebSocketClient>(nullptr);
-    m_asrManager = std::make_unique<AsrManager>(m_client.get());
-    m_commands = std::make_unique<ExecutableCommandsManager>(QList<ExecutableCommandsSource *>(),
-                                                             m_client.get());
-    m_results = std::make_unique<ResultManager>(m_client.get(), m_asrManager.get(), &m_autoReplace,
-                                                m_commands.get());
-}
-
-void TestTextFormat::cleanup() {
-    m_results.reset();
-    m_commands.reset();
-    m_asrManager.reset();
-    m_client.reset();
-}
-
-QString TestTextFormat::afterAWord(const QString &text) {
-    m_results->formatText(QStringLiteral("слово"), true);
-    return m_results->formatText(text, true);
-}
 
 void TestTextFormat::continuesAcrossResults() {
     const QList<QPair<QString, QString>> rows{
-        {QStringLiteral("привет как дела"), QStringLiteral("Привет как дела")},
-        {QStringLiteral("вот так . дальше идёт"), QStringLiteral(" вот так. Дальше идёт")},
-        {QStringLiteral("нет , да ! точно ? да"), QStringLiteral(" нет, да! Точно? Да")},
-        {QStringLiteral("слово. следующее"), QStringLiteral(" слово. следующее")},
-        {QStringLiteral("( в скобках ) конец"), QStringLiteral(" (в скобках) конец")},
-        {QStringLiteral("a - b / c"), QStringLiteral(" a-b/c")},
-        {QStringLiteral("абзац ¶ новый"), QStringLiteral(" абзац¶Новый")},
-        {QString(), QStringLiteral(" ")},
+        {"привет как дела", "Привет как дела"},
+        {"вот так . дальше идёт", " вот так. Дальше идёт"},
+        {"нет , да ! точно ? да", " нет, да! Точно? Да"},
+        {"слово. следующее", " слово. следующее"},
+        {"( в скобках ) конец", " (в скобках) конец"},
+        {"a - b / c", " a-b/c"},
+        {"абзац ¶ новый", " абзац¶Новый"},
+        {QString(), " "},
         {QString(), QString()},
-        {QStringLiteral(". вот"), QStringLiteral(". Вот")},
+        {". вот", ". Вот"},
     };
     Stand stand;
     ClientHarness client(stand);
     QSignalSpy ready(client.worker()->resultManager(), &ResultManager::resultReady);
-    client.start();
-    QVERIFY(client.waitFor(ConnectionState::Ready));
-    client.asr()->startRecognition();
-    QTRY_COMPARE(client.asr()->currentState(), AsrState::Started);
+    QVERIFY(client.open());
+    QVERIFY(client.dictate());
     for (const auto &row : rows)
         stand.sayResult(row.first);
     QTRY_COMPARE(ready.count(), rows.size());
@@ -81,11 +65,7 @@ void TestTextFormat::continuesAcrossResults() {
 }
 
 void TestTextFormat::formats_data() {
-    QTest::addColumn<QString>("input");
-    QTest::addColumn<QString>("typed");
-    const auto row = [](const char *name, const QString &input, const QString &typed) {
-        QTest::newRow(name) << input << typed;
-    };
+    columns<QString, QString>("input", "typed");
     row("quote glued to a word gets a space", "а\002цитата\003 б", " а \"цитата\" б");
     row("quote behind a blank gets none", "а \002цитата\003 б", " а\"цитата\" б");
     row("dash glued to a word gets a space", "один\001два", " один -два");
@@ -105,17 +85,18 @@ void TestTextFormat::formats_data() {
 
 void TestTextFormat::formats() {
     QFETCH(QString, input);
-    QTEST(afterAWord(input), "typed");
+    Formatter formatter;
+    formatter.format("слово"); // a sentence is under way
+    QTEST(formatter.format(input), "typed");
 }
 
 void TestTextFormat::partialTextLeavesTheStateAlone() {
-    QCOMPARE(m_results->formatText(QStringLiteral("первая фраза"), true),
-             QStringLiteral("Первая фраза"));
-    QCOMPARE(m_results->formatText(QStringLiteral("третья ."), false), QStringLiteral("третья."));
-    QCOMPARE(m_results->formatText(QStringLiteral("и ещё"), true), QStringLiteral(" и ещё"));
-    QCOMPARE(m_results->formatText(QStringLiteral(" !"), true), QStringLiteral("!"));
-    QCOMPARE(m_results->formatText(QStringLiteral("\002вот\003"), true),
-             QStringLiteral(" \"вот\""));
+    Formatter formatter;
+    QCOMPARE(formatter.format("первая фраза"), "Первая фраза");
+    QCOMPARE(formatter.format("третья .", false), "третья.");
+    QCOMPARE(formatter.format("и ещё"), " и ещё");
+    QCOMPARE(formatter.format(" !"), "!");
+    QCOMPARE(formatter.format("\002вот\003"), " \"вот\"");
 }
 
 DESK_CORE_TEST_MAIN(TestTextFormat)

@@ -1,10 +1,10 @@
 #include "core/Exception.h"
 #include "desk/DeskTest.h"
+#include "desk/Files.h"
 #include "stand/AcousticEngine.h"
 #include "stand/ScriptedEngine.h"
 #include "stand/SpokenMarks.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -53,29 +53,19 @@ int wordErrors(const QStringList &said, const QStringList &heard) {
 /// Has a sentence spoken; returns raw sound as the client records it, with a
 /// second of silence behind it.
 QByteArray speech(const QString &voice, const QString &sentence) {
-    const QString text = desk().folder() + QStringLiteral("/sentence.txt");
-    const QString wav = desk().folder() + QStringLiteral("/sentence.wav");
-    const QString raw = desk().folder() + QStringLiteral("/sentence.raw");
-    QFile file(text);
-    if (!file.open(QIODevice::WriteOnly) || file.write(sentence.toUtf8()) < 0)
+    const QString text = desk().folder() + "/sentence.txt";
+    const QString wav = desk().folder() + "/sentence.wav";
+    const QString raw = desk().folder() + "/sentence.raw";
+    if (!save(text, sentence.toUtf8()))
         return QByteArray();
-    file.close();
-    if (voice == QStringLiteral("festival")) {
-        desk().run(QStringLiteral("text2wave"),
-                   {QStringLiteral("-eval"), QStringLiteral("(voice_msu_ru_nsh_clunits)"), text,
-                    QStringLiteral("-o"), wav});
+    if (voice == "festival") {
+        desk().run("text2wave", {"-eval", "(voice_msu_ru_nsh_clunits)", text, "-o", wav});
     } else {
-        desk().run(QStringLiteral("espeak-ng"),
-                   {QStringLiteral("-v"), voice, QStringLiteral("-s"), QStringLiteral("140"),
-                    QStringLiteral("-w"), wav, QStringLiteral("-f"), text});
+        desk().run("espeak-ng", {"-v", voice, "-s", "140", "-w", wav, "-f", text});
     }
-    desk().run(QStringLiteral("sox"),
-               {wav, QStringLiteral("-r"), QStringLiteral("16000"), QStringLiteral("-c"),
-                QStringLiteral("1"), QStringLiteral("-b"), QStringLiteral("16"),
-                QStringLiteral("-e"), QStringLiteral("signed-integer"), raw, QStringLiteral("pad"),
-                QStringLiteral("0.5"), QStringLiteral("1")});
-    QFile sound(raw);
-    return sound.open(QIODevice::ReadOnly) ? sound.readAll() : QByteArray();
+    desk().run("sox", {wav, "-r", "16000", "-c", "1", "-b", "16", "-e", "signed-integer", raw,
+                       "pad", "0.5", "1"});
+    return bytesOf(raw);
 }
 
 } // namespace
@@ -97,28 +87,22 @@ private slots:
 };
 
 void TestEngines::badScriptsAreExplained_data() {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("complaint");
-    QTest::newRow("unknown key") << QByteArray(R"({"stepz":[]})") << "unknown key \"stepz\"";
-    QTest::newRow("steps are no array") << QByteArray(R"({"steps":{}})") << "not an array";
-    QTest::newRow("step without a place")
-        << QByteArray(R"({"steps":[{"text":"a"}]})") << "step 1: one of \"atBytes\"";
-    QTest::newRow("step with nothing to do")
-        << QByteArray(R"({"steps":[{"atBytes":1}]})") << "step 1: neither";
-    QTest::newRow("steps in falling order")
-        << QByteArray(R"({"steps":[{"atBytes":5,"text":"a"},{"atBytes":4,"text":"b"}]})")
-        << "step 2: \"atBytes\"";
-    QTest::newRow("final is a word")
-        << QByteArray(R"({"steps":[{"atBytes":5,"text":"a","final":"no"}]})") << "\"final\"";
-    QTest::newRow("start command without a name")
-        << QByteArray(R"({"start":[{"what":1}]})") << "without \"do\"";
+    columns<QString, QString>("json", "complaint");
+    row("unknown key", R"({"stepz":[]})", "unknown key \"stepz\"");
+    row("steps are no array", R"({"steps":{}})", "not an array");
+    row("step without a place", R"({"steps":[{"text":"a"}]})", "step 1: one of \"atBytes\"");
+    row("step with nothing to do", R"({"steps":[{"atBytes":1}]})", "step 1: neither");
+    row("steps in falling order",
+        R"({"steps":[{"atBytes":5,"text":"a"},{"atBytes":4,"text":"b"}]})", "step 2: \"atBytes\"");
+    row("final is a word", R"({"steps":[{"atBytes":5,"text":"a","final":"no"}]})", "\"final\"");
+    row("start command without a name", R"({"start":[{"what":1}]})", "without \"do\"");
 }
 
 void TestEngines::badScriptsAreExplained() {
-    QFETCH(QByteArray, json);
+    QFETCH(QString, json);
     QFETCH(QString, complaint);
     try {
-        Script::fromJson(QJsonDocument::fromJson(json).object());
+        Script::fromJson(QJsonDocument::fromJson(json.toUtf8()).object());
         QFAIL("the script was taken");
     } catch (const Exception &problem) {
         QVERIFY2(QString::fromUtf8(problem.what()).contains(complaint), problem.what());
@@ -127,9 +111,9 @@ void TestEngines::badScriptsAreExplained() {
 
 void TestEngines::scriptFollowsTheSound_data() {
     QTest::addColumn<int>("blockBytes");
-    QTest::newRow("one block") << 20000;
-    QTest::newRow("blocks of 200 ms") << kBlockBytes;
-    QTest::newRow("odd blocks") << 777;
+    row("one block", 20000);
+    row("blocks of 200 ms", kBlockBytes);
+    row("odd blocks", 777);
 }
 
 void TestEngines::scriptFollowsTheSound() {
@@ -138,26 +122,19 @@ void TestEngines::scriptFollowsTheSound() {
         {"atBytes":100,"text":"раз","final":false}, {"atStop":true,"text":"конец"},
         {"atBytes":13000,"text":"раз два"}, {"atBytes":30000,"text":"никогда"}]})");
     ScriptedEngine engine(Script::fromJson(QJsonDocument::fromJson(json).object()));
-    const QStringList expected{QStringLiteral("~раз"), QStringLiteral("раз два"),
-                               QStringLiteral("конец")};
+    const QStringList expected{"~раз", "раз два", "конец"};
     QCOMPARE(listen(&engine, QByteArray(20000, 0), blockBytes), expected);
     // A second run begins the script anew.
     QCOMPARE(listen(&engine, QByteArray(20000, 0), blockBytes), expected);
 }
 
 void TestEngines::spokenMarksAreWritten_data() {
-    QTest::addColumn<QString>("spoken");
-    QTest::addColumn<QString>("written");
-    QTest::newRow("marks among words") << "кашель запятая одышка точка"
-                                       << "кашель , одышка .";
-    QTest::newRow("longer name first") << "раз точка с запятой два"
-                                       << "раз ; два";
-    QTest::newRow("two in a row") << "точка точка"
-                                  << ". .";
-    QTest::newRow("part of a word stays") << "точками"
-                                          << "точками";
-    QTest::newRow("dash is glued for the client") << "один тире два"
-                                                  << "один\u0001 два";
+    columns<QString, QString>("spoken", "written");
+    row("marks among words", "кашель запятая одышка точка", "кашель , одышка .");
+    row("longer name first", "раз точка с запятой два", "раз ; два");
+    row("two in a row", "точка точка", ". .");
+    row("part of a word stays", "точками", "точками");
+    row("dash is glued for the client", "один тире два", "один\u0001 два");
 }
 
 void TestEngines::spokenMarksAreWritten() {
@@ -167,26 +144,25 @@ void TestEngines::spokenMarksAreWritten() {
 
 void TestEngines::speechIsRecognised_data() {
     QTest::addColumn<QString>("voice");
-    QTest::newRow("festival") << "festival";
-    QTest::newRow("espeak-ng, a man") << "ru";
-    QTest::newRow("espeak-ng, a woman") << "ru+f2";
+    row("festival", "festival");
+    row("espeak-ng, a man", "ru");
+    row("espeak-ng, a woman", "ru+f2");
 }
 
 void TestEngines::speechIsRecognised() {
     QFETCH(QString, voice);
-    const QStringList sentences{
-        QStringLiteral("жалобы на головную боль и слабость точка"),
-        QStringLiteral("живот мягкий запятая безболезненный при пальпации точка"),
-        QStringLiteral("тоны сердца ясные запятая ритмичные точка"),
-        QStringLiteral("пациент направлен на консультацию кардиолога точка")};
-    AcousticEngine engine(QCoreApplication::applicationDirPath() + QStringLiteral("/recogniser"));
+    const QStringList sentences{"жалобы на головную боль и слабость точка",
+                                "живот мягкий запятая безболезненный при пальпации точка",
+                                "тоны сердца ясные запятая ритмичные точка",
+                                "пациент направлен на консультацию кардиолога точка"};
+    AcousticEngine engine(QCoreApplication::applicationDirPath() + "/recogniser");
     int words = 0;
     int errors = 0;
     for (const QString &sentence : sentences) {
         const QStringList heard = listen(&engine, speech(voice, sentence), kBlockBytes);
         QVERIFY2(!heard.isEmpty() && heard.first().startsWith(QLatin1Char('~')),
                  "no partial text came before the final one");
-        const QStringList finals = heard.filter(QRegularExpression(QStringLiteral("^[^~]")));
+        const QStringList finals = heard.filter(QRegularExpression("^[^~]"));
         const QStringList said = sentence.split(QLatin1Char(' '));
         words += said.size();
         errors += wordErrors(said, finals.join(QLatin1Char(' ')).split(QLatin1Char(' ')));
@@ -198,18 +174,14 @@ void TestEngines::speechIsRecognised() {
 }
 
 void TestEngines::commandPhrasesAreHeard() {
-    AcousticEngine engine(QCoreApplication::applicationDirPath() + QStringLiteral("/recogniser"));
-    for (const QString &phrase :
-         {QStringLiteral("начать распознавание"), QStringLiteral("закончить распознавание"),
-          QStringLiteral("вставить шаблон"), QStringLiteral("скопировать")}) {
-        const QStringList heard =
-            listen(&engine, speech(QStringLiteral("ru+f2"), phrase), kBlockBytes);
-        QVERIFY2(heard.contains(phrase), qPrintable(heard.join(QStringLiteral(" | "))));
+    AcousticEngine engine(QCoreApplication::applicationDirPath() + "/recogniser");
+    const QStringList phrases{"начать распознавание", "закончить распознавание", "вставить шаблон",
+                              "скопировать"};
+    for (const QString &phrase : phrases) {
+        const QStringList heard = listen(&engine, speech("ru+f2", phrase), kBlockBytes);
+        QVERIFY2(heard.contains(phrase), qPrintable(heard.join(" | ")));
     }
 }
 
-int main(int argc, char **argv) {
-    return runOnDesk<QCoreApplication, TestEngines>(argc, argv, VirtualDesk::Folders);
-}
-
+DESK_CORE_TEST_MAIN(TestEngines)
 #include "TestEngines.moc"
