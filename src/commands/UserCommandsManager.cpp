@@ -27,9 +27,11 @@ const auto allThemesFileName = QStringLiteral("default.json");
 QDir enterCommandsFolder() {
     QDir folder(AppVariables::sm_stdVars.get(QStringLiteral("AppLocalDataLocation"), {}));
     folder.mkpath(directoryName);
-    if (!folder.cd(directoryName)) {
+    const QDir parent = folder;
+    // What cannot be listed would count as empty, and the next save would take its place.
+    if (!folder.cd(directoryName) || !folder.isReadable()) {
         throw Exception(QStringLiteral("Directory '%1' at path '%2' doesn't exist")
-                            .arg(directoryName, folder.absolutePath()));
+                            .arg(directoryName, parent.absolutePath()));
     }
     return folder;
 }
@@ -37,10 +39,11 @@ QDir enterCommandsFolder() {
 QString fileNameOf(const QString &themeId) {
     if (themeId.isEmpty())
         return allThemesFileName;
-    // The id is the server's choice: none may lead out of the folder.
+    // The id is the server's choice: none may lead out of the folder, and no two share a file.
     QString safeId;
     for (const QChar ch : themeId) {
-        if (ch == QLatin1Char('/') || ch.category() == QChar::Other_Control)
+        if (ch == QLatin1Char('/') || ch == QLatin1Char('%') ||
+            ch.category() == QChar::Other_Control)
             safeId += QStringLiteral("%%1").arg(ch.unicode(), 2, 16, QLatin1Char('0'));
         else
             safeId += ch;
