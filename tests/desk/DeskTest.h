@@ -22,10 +22,10 @@ inline VirtualDesk &desk() {
     return *currentDesk();
 }
 
-/// Raises the desk, makes the application as the program's own main does, and runs one test
-/// object. Used through DESK_TEST_MAIN. Returns the number of failures, or -1 without a desk.
-template <typename Application, typename TestObject>
-int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
+/// Raises the desk, makes the application as the program's own main does, and runs tests in it.
+/// Returns what they return, or -1 without a desk.
+template <typename Application, typename Tests>
+int withDesk(int argc, char **argv, VirtualDesk::Needs needs, const Tests &tests) {
     try {
         currentDesk() = std::make_unique<VirtualDesk>(needs);
     } catch (const std::exception &failure) {
@@ -35,15 +35,23 @@ int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
     int failures = 0;
     {
         Application application(argc, argv);
-        QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
-        QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));
-        Settings::setFileName(QStringLiteral("settings"));
-        AppVariables::sm_stdVars.get(QStringLiteral("HomeLocation"), {});
-        TestObject test;
-        failures = QTest::qExec(&test, argc, argv);
+        QCoreApplication::setOrganizationName("Ostrel");
+        QCoreApplication::setApplicationName("Vellumar");
+        Settings::setFileName("settings");
+        AppVariables::sm_stdVars.get("HomeLocation", {});
+        failures = tests();
     }
     currentDesk().reset();
     return failures;
+}
+
+/// Runs one test object on the desk; returns the number of failures.
+template <typename Application, typename TestObject>
+int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
+    return withDesk<Application>(argc, argv, needs, [&] {
+        TestObject test;
+        return QTest::qExec(&test, argc, argv);
+    });
 }
 
 /// The main function of a test executable: DESK_TEST_MAIN(TestKeys, VirtualDesk::Screen).

@@ -34,9 +34,7 @@ public:
     /// Carries a control command out and returns the answer.
     /// @throws std::runtime_error  the stand refuses, or does not answer
     QJsonObject tell(QJsonObject command);
-    QJsonObject tell(const QString &command) {
-        return tell(QJsonObject{{QStringLiteral("do"), command}});
-    }
+    QJsonObject tell(const QString &command) { return tell(QJsonObject{{"do", command}}); }
     /// Sends a result to the client.
     void sayResult(const QString &text, bool isFinal = true, const QString &commandId = {});
 

@@ -45,10 +45,7 @@ private:
     void readEvents();
     void takeKey(void *event);
 
-    struct Closer {
-        void operator()(_XDisplay *display) const;
-    };
-    std::unique_ptr<_XDisplay, Closer> m_display;
+    std::unique_ptr<_XDisplay, int (*)(_XDisplay *)> m_display;
     unsigned long m_window = 0;
     const int m_readEveryMs;
     const int m_closeAfter;
