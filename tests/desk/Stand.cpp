@@ -1,13 +1,14 @@
 #include "Stand.h"
 
+#include "VirtualDesk.h"
 #include "core/settings/BalancerConnectionSettings.h"
 #include "core/settings/ClientConnectionSettings.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 #include <QEventLoop>
-#include <QFile>
 #include <QHostAddress>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTimer>
@@ -17,7 +18,6 @@
 
 namespace {
 
-constexpr int kStartMs = 20000;
 constexpr int kAnswerMs = 20000;
 
 [[noreturn]] void fail(const QString &text) {
@@ -46,29 +46,27 @@ Stand::Stand(const QJsonObject &script, const QStringList &arguments) {
     m_restPort = match.captured(2).toUShort();
     QObject::connect(&m_control, &QTcpSocket::readyRead, &m_control, [this] { readLines(); });
     m_control.connectToHost(QHostAddress::LocalHost, match.captured(3).toUShort());
-    if (!m_control.waitForConnected(kStartMs))
+    if (!m_control.waitForConnected(kAnswerMs))
         fail(QString("no control connection: %1").arg(m_control.errorString()));
     m_control.setSocketOption(QAbstractSocket::LowDelayOption, 1);
 }
 
 void Stand::start(const QJsonObject &script, const QStringList &arguments) {
-    QFile file(m_folder.filePath("script.json"));
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(script).toJson()) < 0)
-        fail(file.errorString());
-    file.close();
+    const QString file = m_folder.filePath("script.json");
+    VirtualDesk::write(file, QJsonDocument(script).toJson());
     const QString any = "0";
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     m_process.start(QCoreApplication::applicationDirPath() + "/vellumar-stand",
                     QStringList{"--port", any, "--rest-port", any, "--control", any, "--quiet",
-                                "--script", file.fileName()} +
+                                "--script", file} +
                         arguments);
-    if (!m_process.waitForStarted(kStartMs))
+    if (!m_process.waitForStarted(kAnswerMs))
         fail(m_process.errorString());
 }
 
 QString Stand::readReadyLine() {
     while (!m_process.canReadLine()) {
-        if (!m_process.waitForReadyRead(kStartMs))
+        if (!m_process.waitForReadyRead(kAnswerMs))
             return QString::fromUtf8(m_process.readAll());
     }
     return QString::fromUtf8(m_process.readLine());
@@ -76,6 +74,18 @@ QString Stand::readReadyLine() {
 
 QString Stand::connectionString() const {
     return QString("127.0.0.1;%1;%2").arg(m_port).arg(m_restPort);
+}
+
+void Stand::offerServers(int count) {
+    QJsonArray servers{QJsonObject{{"ServerId", "0"}, {"ConnectionString", connectionString()}}};
+    for (int id = 1; id < count; ++id) {
+        const QJsonObject opened = tell("open");
+        const QString ports =
+            QString("%1;%2").arg(opened["port"].toInt()).arg(opened["rest"].toInt());
+        servers.append(QJsonObject{{"ServerId", QString::number(id)},
+                                   {"ConnectionString", "127.0.0.1;" + ports}});
+    }
+    tell({{"do", "servers"}, {"mode", "normal"}, {"list", servers}});
 }
 
 void Stand::writeSettings() const {

@@ -28,6 +28,8 @@ public:
     quint16 restPort() const { return m_restPort; }
     /// Address, WebSocket port and REST port, as lists of servers have it.
     QString connectionString() const;
+    /// Opens further ports and has the balancer offer that many servers, this one first.
+    void offerServers(int count);
     /// Points the client's settings at this stand.
     void writeSettings() const;
 

@@ -3,26 +3,17 @@
 
 #include <QFile>
 #include <QSystemTrayIcon>
+#include <QtEndian>
 
 #include <csignal>
 #include <unistd.h>
 
 namespace {
 
-/// Raw samples of a sine of one second, 16 kHz mono s16.
-QString makeTone() {
-    QString file = desk().folder() + "/tone.wav";
-    desk().run("sox", QString("-n -r 16000 -c 1 -b 16 %1 synth 1 sine 440").arg(file).split(' '));
-    return file;
-}
-
 int loudest(const QByteArray &samples) {
     int peak = 0;
-    for (int i = 0; i + 1 < samples.size(); i += 2) {
-        const int sample = static_cast<qint16>(static_cast<quint8>(samples[i]) |
-                                               (static_cast<quint8>(samples[i + 1]) << 8));
-        peak = qMax(peak, qAbs(sample));
-    }
+    for (int i = 0; i + 1 < samples.size(); i += 2)
+        peak = qMax(peak, qAbs(int(qFromLittleEndian<qint16>(samples.constData() + i))));
     return peak;
 }
 
@@ -68,7 +59,10 @@ private slots:
         QTRY_VERIFY(!(before += recorder->readAllStandardOutput()).isEmpty());
         QCOMPARE(loudest(before), 0);
 
-        QProcess *speaker = desk().speak(makeTone());
+        const QString tone = desk().folder() + "/tone.wav";
+        desk().run("sox",
+                   QString("-n -r 16000 -c 1 -b 16 %1 synth 1 sine 440").arg(tone).split(' '));
+        QProcess *speaker = desk().speak(tone);
         QByteArray heard;
         QTRY_VERIFY(loudest(heard += recorder->readAllStandardOutput()) > 10000);
         QTRY_COMPARE_WITH_TIMEOUT(speaker->state(), QProcess::NotRunning, 10000);

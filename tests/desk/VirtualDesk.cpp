@@ -6,7 +6,6 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QMap>
 
 #include <X11/Xlib.h>
 #include <algorithm>
@@ -27,8 +26,7 @@ constexpr char panelSettings[] = R"(<?xml version="1.0" encoding="UTF-8"?>
       <property name="position-locked" type="bool" value="true"/>
       <property name="size" type="uint" value="30"/>
       <property name="plugin-ids" type="array">
-        <value type="int" value="1"/>
-        <value type="int" value="2"/>
+        <value type="int" value="1"/><value type="int" value="2"/>
       </property>
     </property>
   </property>
@@ -101,12 +99,6 @@ void forgetOuterDesktop() {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 
-void writeFile(const QString &path, const QByteArray &content) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        fail(QString("cannot write %1").arg(path));
-}
-
 } // namespace
 
 VirtualDesk::VirtualDesk(Needs needs)
@@ -132,8 +124,15 @@ VirtualDesk::~VirtualDesk() {
         m_processes.pop_back();
 }
 
-QString VirtualDesk::folder() const {
-    return m_folder.path();
+void VirtualDesk::write(const QString &path, const QByteArray &content) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        fail(QString("cannot write %1").arg(path));
+}
+
+QString VirtualDesk::read(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 void VirtualDesk::makeFolders() {
@@ -151,7 +150,7 @@ void VirtualDesk::makeFolders() {
     root.mkpath("log");
     root.mkpath("config/pulse");
     // A client that finds no server must not start one behind the back of a test that ended it.
-    writeFile(root.filePath("config/pulse/client.conf"), "autospawn = no\n");
+    write(root.filePath("config/pulse/client.conf"), "autospawn = no\n");
 }
 
 QProcess *VirtualDesk::startServer() {
@@ -165,7 +164,7 @@ QProcess *VirtualDesk::startTwoMonitors() {
     // Xvfb puts the monitors of one screen on top of each other; the dummy driver does not. It is
     // kept off the machine's own cards, keyboards and consoles.
     const QString file = m_folder.filePath("xorg.conf");
-    writeFile(file, R"(Section "ServerFlags"
+    write(file, R"(Section "ServerFlags"
     Option "AutoAddDevices" "false"
     Option "AutoAddGPU" "false"
     Option "DontVTSwitch" "true"
@@ -248,22 +247,19 @@ void VirtualDesk::startSessionBus() {
     }
     const QString address = "unix:path=" + root.filePath("runtime/bus");
     const QString file = root.filePath("bus/session.conf");
-    writeFile(file, QStringLiteral(R"(<busconfig>
+    write(file, QStringLiteral(R"(<busconfig>
   <type>session</type>
   <listen>%1</listen>
   <servicedir>%2</servicedir>
   <policy context="default">
-    <allow send_destination="*"/>
-    <allow receive_sender="*"/>
-    <allow own="*"/>
+    <allow send_destination="*"/><allow receive_sender="*"/><allow own="*"/>
   </policy>
 </busconfig>
 )")
-                        .arg(address, root.filePath("bus"))
-                        .toLocal8Bit());
+                    .arg(address, root.filePath("bus"))
+                    .toLocal8Bit());
     root.mkpath("config/xfce4/xfconf/xfce-perchannel-xml");
-    writeFile(root.filePath("config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"),
-              panelSettings);
+    write(root.filePath("config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"), panelSettings);
     qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
     qputenv("GIO_USE_VFS", "local");
     QProcess *bus = start("dbus-daemon", {"--config-file", file, "--nofork", "--nopidfile"});
@@ -277,11 +273,8 @@ void VirtualDesk::startTray(Edge edge) {
     if (m_needs & Xfce) {
         m_tray = startPanel(edge);
     } else {
-        static const QMap<Edge, QString> names{{Edge::Top, "top"},
-                                               {Edge::Bottom, "bottom"},
-                                               {Edge::Left, "left"},
-                                               {Edge::Right, "right"}};
-        m_tray = start("trayer", {"--edge", names[edge], "--align", "right"});
+        m_tray =
+            start("trayer", {"--edge", edge == Edge::Top ? "top" : "bottom", "--align", "right"});
     }
     awaitUp(m_tray, "the tray", [this, &display] {
         return hasTray(display.get()) && (!(m_needs & Xfce) || hasStatusNotifier());
@@ -294,18 +287,10 @@ void VirtualDesk::stopTray() {
 }
 
 QProcess *VirtualDesk::startPanel(Edge edge) {
-    // The panel's own numbers: a corner to start from, and 1 for upright.
-    static const QMap<Edge, std::pair<QString, QString>> places{
-        {Edge::Top, {"p=6;x=0;y=0", "0"}},
-        {Edge::Bottom, {"p=8;x=0;y=0", "0"}},
-        {Edge::Left, {"p=6;x=0;y=0", "1"}},
-        {Edge::Right, {"p=2;x=0;y=0", "1"}}};
-    const auto set = [this](const char *property, const char *type, const QString &value) {
-        run("xfconf-query", {"-c", "xfce4-panel", "-n", "-p", QLatin1String(property), "-t",
-                             QLatin1String(type), "-s", value});
-    };
-    set("/panels/panel-1/position", "string", places[edge].first);
-    set("/panels/panel-1/mode", "uint", places[edge].second);
+    // The number of the corner to start from.
+    const QString position = edge == Edge::Top ? "p=6;x=0;y=0" : "p=8;x=0;y=0";
+    run("xfconf-query", {"-c", "xfce4-panel", "-n", "-p", "/panels/panel-1/position", "-t",
+                         "string", "-s", position});
     return start("xfce4-panel", {});
 }
 
@@ -365,6 +350,14 @@ QString VirtualDesk::run(const QString &program, const QStringList &arguments) {
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
+QString VirtualDesk::ask(const QString &program, const QStringList &arguments) {
+    try {
+        return run(program, arguments).trimmed();
+    } catch (const std::runtime_error &) {
+        return QString();
+    }
+}
+
 QProcess *VirtualDesk::start(const QString &program, const QStringList &arguments) {
     const QString log =
         QString("%1/log/%2-%3")
@@ -392,16 +385,4 @@ void VirtualDesk::end(QProcess *process) {
 
 QString VirtualDesk::loadModule(const QStringList &arguments) {
     return run("pactl", QStringList{"load-module"} + arguments).trimmed();
-}
-
-void VirtualDesk::unloadModule(const QString &index) {
-    run("pactl", {"unload-module", index});
-}
-
-QProcess *VirtualDesk::speak(const QString &wavFile) {
-    return start("paplay", {"--device=micfeed", wavFile});
-}
-
-void VirtualDesk::screenshot(const QString &pngFile) {
-    run("import", {"-window", "root", pngFile});
 }

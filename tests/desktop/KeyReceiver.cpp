@@ -94,11 +94,6 @@ QVector<KeyReceiver::Edge> KeyReceiver::edges() const {
     return m_edges;
 }
 
-int KeyReceiver::count() const {
-    const QMutexLocker locker(&m_mutex);
-    return m_edges.size();
-}
-
 bool KeyReceiver::waitForLength(int characters, int timeoutMs) const {
     const QMutexLocker locker(&m_mutex);
     const QDeadlineTimer deadline(timeoutMs);

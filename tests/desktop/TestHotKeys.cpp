@@ -53,38 +53,34 @@ private slots:
         QTest::addColumn<QString>("activated");
         const QString click = "+Control_L -Control_L ";
         const QString caps = "+Caps_Lock -Caps_Lock ";
-        const QString letter = "+c -c ";
-        QTest::newRow("double Ctrl") << true << "DoubleCtrl" << click + click << "0/0/0";
-        QTest::newRow("left, then right Ctrl")
-            << true << "DoubleCtrl" << click + "+Control_R -Control_R"
-            << "0/0/0";
-        QTest::newRow("single Ctrl") << true << "DoubleCtrl" << click << "";
-        QTest::newRow("too slow; the second counts as a first")
-            << true << "DoubleCtrl" << click + '|' + click << "";
-        QTest::newRow("too slow, then quick")
-            << true << "DoubleCtrl" << click + '|' + click + click << "0/0/0";
-        QTest::newRow("the third click starts anew")
-            << true << "DoubleCtrl" << click.repeated(3) << "0/0/0";
-        QTest::newRow("twice double") << true << "DoubleCtrl" << click.repeated(4) << "0/0/0 0/0/0";
-        QTest::newRow("typing in between") << true << "DoubleCtrl" << click + letter + click << "";
-        QTest::newRow("copy and paste") << true << "DoubleCtrl"
-                                        << "+Control_L +c -c +v -v -Control_L " + click << "";
+        const auto toggle = [](const char *name, const QString &keys, const char *seen) {
+            QTest::newRow(name) << true << "DoubleCtrl" << keys << seen;
+        };
+        toggle("double Ctrl", click + click, "0/0/0");
+        toggle("left, then right Ctrl", click + "+Control_R -Control_R", "0/0/0");
+        toggle("too slow; the second counts as a first", click + '|' + click, "");
+        toggle("too slow, then quick", click + '|' + click + click, "0/0/0");
+        toggle("the third click starts anew", click.repeated(3), "0/0/0");
+        toggle("twice double", click.repeated(4), "0/0/0 0/0/0");
+        toggle("typing in between", click + "+c -c " + click, "");
+        toggle("copy and paste", "+Control_L +c -c +v -v -Control_L " + click, "");
         QTest::newRow("double Caps Lock") << true << "DoubleCapsLock" << caps + caps << "0/1/0";
         QTest::newRow("the other gesture") << true << "DoubleCapsLock" << click + click << "";
         QTest::newRow("an unknown setting is double Ctrl")
             << true << "F13" << click + click << "0/0/0";
-        QTest::newRow("talk while Ctrl is down") << false << "Ctrl" << click << "1/0/1 1/0/2";
-        QTest::newRow("typing while Ctrl is down") << false << "Ctrl"
-                                                   << "+Control_L +c -c +d -d -Control_L"
-                                                   << "1/0/1 1/0/2";
-        QTest::newRow("held Ctrl repeats") << false << "Ctrl"
-                                           << "+Control_L +Control_L +Control_L -Control_L"
-                                           << "1/0/1 1/0/2";
-        QTest::newRow("talk while Pause is down") << false << "Pause"
-                                                  << "+Pause -Pause +Pause -Pause"
-                                                  << "1/1/1 1/1/2 1/1/1 1/1/2";
-        QTest::newRow("Ctrl is not Pause") << false << "Pause" << click + click << "";
-        QTest::newRow("an unknown key is Ctrl") << false << "F13" << click << "1/0/1 1/0/2";
+        const auto hold = [](const char *name, const char *key, const QString &keys,
+                             const char *seen) {
+            QTest::newRow(name) << false << key << keys << seen;
+        };
+        hold("talk while Ctrl is down", "Ctrl", click, "1/0/1 1/0/2");
+        hold("typing while Ctrl is down", "Ctrl", "+Control_L +c -c +d -d -Control_L",
+             "1/0/1 1/0/2");
+        hold("held Ctrl repeats", "Ctrl", "+Control_L +Control_L +Control_L -Control_L",
+             "1/0/1 1/0/2");
+        hold("talk while Pause is down", "Pause", "+Pause -Pause +Pause -Pause",
+             "1/1/1 1/1/2 1/1/1 1/1/2");
+        hold("Ctrl is not Pause", "Pause", click + click, "");
+        hold("an unknown key is Ctrl", "F13", click, "1/0/1 1/0/2");
     }
 
     void gesturesActivate() {
@@ -113,6 +109,7 @@ private slots:
         QTest::addColumn<QString>("edges");
         QTest::addColumn<QString>("emitted");
         const QString down = QString("0/%1 ").arg(Qt::Key_Control);
+        const QString other = "0/-1 1/-1";
         const QString up = QString("1/%1").arg(Qt::Key_Control);
         QTest::newRow("second Ctrl cancels the first")
             << false << "+Control_L +Control_R -Control_L -Control_R" << down + "1/-1";
@@ -120,12 +117,10 @@ private slots:
             << false << "+Control_L +c -c -Control_L" << down + "1/-1";
         QTest::newRow("a letter does not end push-to-talk")
             << true << "+Control_L +c -Control_L -c" << down + up;
-        QTest::newRow("an unknown key") << false << "+c -c"
-                                        << "0/-1 1/-1";
-        QTest::newRow("an unknown key holds, too") << true << "+c +Control_L -Control_L -c"
-                                                   << "0/-1 1/-1";
-        QTest::newRow("key repeat") << false << "+c +c +c -c"
-                                    << "0/-1 1/-1";
+        QTest::newRow("an unknown key") << false << "+c -c" << other;
+        QTest::newRow("an unknown key holds, too")
+            << true << "+c +Control_L -Control_L -c" << other;
+        QTest::newRow("key repeat") << false << "+c +c +c -c" << other;
     }
 
     void listenerReducesEdges() {

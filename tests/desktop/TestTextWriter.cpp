@@ -95,8 +95,7 @@ private slots:
         QFETCH(QString, text);
         setDelays(1, 50);
         TextWriter::Init();
-        constexpr int ClosesAfter = 3;
-        KeyReceiver receiver(0, ClosesAfter);
+        KeyReceiver receiver(0, 3);
         const QByteArray map = m_keyboard.map();
 
         QTest::ignoreMessage(QtInfoMsg, QRegularExpression("X error \\d+ while typing$"));
@@ -121,20 +120,17 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<int>("modifiers");
         QTest::addColumn<QString>("seen");
-        QTest::newRow("a plain key") << ""
-                                     << "F5" << 0 << "+F5 -F5";
-        QTest::newRow("nothing held") << ""
-                                      << "c" << 4 << "+Control_L +c -c -Control_L";
-        QTest::newRow("left Ctrl held") << "Control_L"
-                                        << "c" << 4 << "+c -c";
-        QTest::newRow("right Ctrl held") << "Control_R"
-                                         << "c" << 4 << "+c -c";
-        QTest::newRow("all modifiers, one held")
-            << "Alt_R"
-            << "F9" << (1 | 4 | 8 | 64)
-            << "+Shift_L +Control_L +Super_L +F9 -F9 -Super_L -Control_L -Shift_L";
-        QTest::newRow("no such key") << ""
-                                     << "" << 1 << "+Shift_L -Shift_L";
+        const auto row = [](const char *name, const char *held, const char *key, int modifiers,
+                            const char *keys) {
+            QTest::newRow(name) << held << key << modifiers << keys;
+        };
+        row("a plain key", "", "F5", 0, "+F5 -F5");
+        row("nothing held", "", "c", 4, "+Control_L +c -c -Control_L");
+        row("left Ctrl held", "Control_L", "c", 4, "+c -c");
+        row("right Ctrl held", "Control_R", "c", 4, "+c -c");
+        row("all modifiers, one held", "Alt_R", "F9", 1 | 4 | 8 | 64,
+            "+Shift_L +Control_L +Super_L +F9 -F9 -Super_L -Control_L -Shift_L");
+        row("no such key", "", "", 1, "+Shift_L -Shift_L");
     }
 
     void pressesWhatIsNotHeld() {

@@ -3,11 +3,8 @@
 #include "desktop/TextWriter.h"
 #include "desktop/XHotKeyConverter.h"
 
-#include <QDir>
 #include <QFile>
 #include <QUrl>
-
-#include <stdexcept>
 
 namespace {
 
@@ -16,17 +13,12 @@ QString filePath() {
 }
 
 QString fileText() {
-    QFile file(filePath());
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return desk().read(filePath());
 }
 
 /// The name of the window that has the input focus, empty if there is none.
 QString focusedTitle() {
-    try {
-        return desk().run("xdotool", {"getwindowfocus", "getwindowname"}).trimmed();
-    } catch (const std::runtime_error &) {
-        return QString();
-    }
+    return desk().ask("xdotool", {"getwindowfocus", "getwindowname"});
 }
 
 struct Receiver {
@@ -65,15 +57,12 @@ Receiver terminal() {
 
 Receiver browser() {
     const QString page = desk().folder() + "/page.html";
-    QFile file(page);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(
-            "<!DOCTYPE html><meta charset='utf-8'><title>loading</title>"
-            "<textarea autofocus id='field'></textarea><script>"
-            "const show = () => document.title = '[' + encodeURIComponent(field.value) + ']';"
-            "field.oninput = show; field.onfocus = show; window.onfocus = show;"
-            "if (document.hasFocus()) show();</script>");
-    file.close();
+    desk().write(page,
+                 "<!DOCTYPE html><meta charset='utf-8'><title>loading</title>"
+                 "<textarea autofocus id='field'></textarea><script>"
+                 "const show = () => document.title = '[' + encodeURIComponent(field.value) + ']';"
+                 "field.oninput = show; field.onfocus = show; window.onfocus = show;"
+                 "if (document.hasFocus()) show();</script>");
     const auto readTitle = [] {
         const QString title = focusedTitle();
         const int begin = title.indexOf('[') + 1;
@@ -101,14 +90,12 @@ private slots:
     void textArrives_data() {
         QTest::addColumn<ReceiverMaker>("receiver");
         QTest::addColumn<int>("group");
-        QTest::newRow("Qt, us layout") << &qtEditor << 0;
-        QTest::newRow("Qt, ru layout") << &qtEditor << 1;
-        QTest::newRow("GTK, us layout") << &gtkEditor << 0;
-        QTest::newRow("GTK, ru layout") << &gtkEditor << 1;
-        QTest::newRow("terminal, us layout") << &terminal << 0;
-        QTest::newRow("terminal, ru layout") << &terminal << 1;
-        QTest::newRow("browser, us layout") << &browser << 0;
-        QTest::newRow("browser, ru layout") << &browser << 1;
+        const std::pair<const char *, ReceiverMaker> receivers[] = {
+            {"Qt", &qtEditor}, {"GTK", &gtkEditor}, {"terminal", &terminal}, {"browser", &browser}};
+        for (const auto &[name, receiver] : receivers) {
+            QTest::addRow("%s, us layout", name) << receiver << 0;
+            QTest::addRow("%s, ru layout", name) << receiver << 1;
+        }
     }
 
     void textArrives() {

@@ -59,9 +59,8 @@ QByteArray XKeyboard::map() const {
 }
 
 bool XKeyboard::grab() {
-    const int status = XGrabKeyboard(m_display.get(), DefaultRootWindow(m_display.get()), False,
-                                     GrabModeAsync, GrabModeAsync, CurrentTime);
-    return status == GrabSuccess;
+    return XGrabKeyboard(m_display.get(), DefaultRootWindow(m_display.get()), False, GrabModeAsync,
+                         GrabModeAsync, CurrentTime) == GrabSuccess;
 }
 
 void XKeyboard::ungrab() {

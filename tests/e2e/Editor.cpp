@@ -2,8 +2,6 @@
 
 #include "DeskTest.h"
 
-#include <QFile>
-
 Editor::Editor(const QString &name) : m_file(desk().folder() + '/' + name) {
     m_process.start(QCoreApplication::applicationDirPath() + "/editor_window", {m_file});
     focus();
@@ -15,6 +13,5 @@ void Editor::focus() {
 }
 
 QString Editor::text() const {
-    QFile file(m_file);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return VirtualDesk::read(m_file);
 }

@@ -15,7 +15,6 @@
 #include <QScopeGuard>
 #include <QStandardPaths>
 
-#include <algorithm>
 #include <csignal>
 #include <sys/types.h>
 
@@ -30,11 +29,6 @@ QJsonObject command(const char *type, const char *pattern, const QString &text,
             {"IsPunctuation", isPunctuation}};
 }
 
-bool save(const QString &path, const QByteArray &content) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
 QString commandsFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + "/commands";
 }
@@ -44,7 +38,7 @@ void store(const QString &themeId, const QJsonArray &commands) {
     const QJsonObject content{{"ThemeId", themeId}, {"ThemeName", themeId}, {"Commands", commands}};
     const QString name = themeId.isEmpty() ? "default.json" : QString("theme_%1.json").arg(themeId);
     QDir().mkpath(commandsFolder());
-    QVERIFY(save(commandsFolder() + '/' + name, QJsonDocument(content).toJson()));
+    desk().write(commandsFolder() + '/' + name, QJsonDocument(content).toJson());
 }
 
 QStringList patterns(const QJsonObject &message) {
@@ -79,10 +73,8 @@ private slots:
               {command("key", "скопировать", "Ctrl+C"), command("key", "вставить", "Ctrl+V"),
                command("key", "плюс", "KP_Add"), command("key", "в конец", "KP_1")});
         Editor editor("keys.txt");
-        QVERIFY(start());
+        QVERIFY(start() && startDictation());
         XKeyboard keyboard;
-        keyboard.play(doubleCtrl);
-        QVERIFY(dictates());
         m_stand->sayResult("раз");
         QTRY_COMPARE(editor.text(), "Раз");
         const int before = startModes();
@@ -137,10 +129,8 @@ private slots:
     void breaksNoGestureOfTheUser() {
         store(QString(), {command("key", "в начало", "Ctrl+Home")});
         Editor editor("gesture.txt");
-        QVERIFY(start());
+        QVERIFY(start() && startDictation());
         XKeyboard keyboard;
-        keyboard.play(doubleCtrl);
-        QVERIFY(dictates());
         m_stand->sayResult("раз");
         keyboard.press("Control_L");
         speak("в начало");
@@ -154,20 +144,16 @@ private slots:
     void startsAProgramThatOutlivesIt() {
         const QString script = desk().folder() + "/a program.sh";
         const QString idFile = desk().folder() + "/program.id";
-        QVERIFY(save(script,
-                     "#!/bin/sh\necho $$ > \"" + idFile.toUtf8() + "\"\nexec tail -f /dev/null\n"));
+        desk().write(script,
+                     "#!/bin/sh\necho $$ > \"" + idFile.toUtf8() + "\"\nexec tail -f /dev/null\n");
         QVERIFY(
             QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         store(QString(), {command("exe", "открыть программу", script)});
-        QVERIFY(start());
-        XKeyboard().play(doubleCtrl);
-        QVERIFY(dictates());
+        QVERIFY(start() && startDictation());
         speak("открыть программу");
         pid_t id = 0;
         const auto readId = [&] {
-            QFile file(idFile);
-            if (file.open(QIODevice::ReadOnly))
-                id = file.readAll().trimmed().toInt();
+            id = desk().read(idFile).toInt();
             return id > 0;
         };
         QTRY_VERIFY(readId());
@@ -178,13 +164,11 @@ private slots:
 
     void typesADocumentAsItIs() {
         const QString document = desk().folder() + "/document.txt";
-        QVERIFY(save(document, QByteArray("запятая ,\r\nдва\nтри\rчетыре")));
+        desk().write(document, "запятая ,\r\nдва\nтри\rчетыре");
         store(QString(), {command("file", "вставить шаблон", document),
                           command("text", "запятая", "заменено")});
         Editor editor("document-typed.txt");
-        QVERIFY(start());
-        XKeyboard().play(doubleCtrl);
-        QVERIFY(dictates());
+        QVERIFY(start() && startDictation());
         speak("вставить шаблон");
         const QString typed = " запятая ,\nдва\nтри\nчетыре";
         QTRY_COMPARE(editor.text(), typed);
@@ -198,16 +182,7 @@ private slots:
         store("therapy",
               {command("key", "терапевт", copy), command("text", "подпись", "Терапевт")});
         store("cardiology", {command("key", "кардиолог", copy)});
-        const QJsonObject second = m_stand->tell("open");
-        const QString secondString =
-            QString("127.0.0.1;%1;%2").arg(second["port"].toInt()).arg(second["rest"].toInt());
-        m_stand->tell(
-            {{"do", "servers"},
-             {"mode", "normal"},
-             {"list", QJsonArray{QJsonObject{{"ServerId", "first"},
-                                             {"ConnectionString", m_stand->connectionString()}},
-                                 QJsonObject{{"ServerId", "second"},
-                                             {"ConnectionString", secondString}}}}});
+        m_stand->offerServers(2);
         Editor editor("themes.txt");
         QVERIFY(start());
         m_stand->rewind();
@@ -232,8 +207,7 @@ private slots:
         QCOMPARE(patterns(m_stand->waitForMessage(MessageType::SetCommands)),
                  QStringList({"скопировать", "кардиолог"}));
         QVERIFY(!nextMode(m_stand.get()).isUndefined());
-        XKeyboard().play(doubleCtrl);
-        QVERIFY(dictates());
+        QVERIFY(startDictation());
         m_stand->sayResult("подпись");
         QTRY_COMPARE(editor.text(), "ТерапевтВрач");
     }
@@ -252,9 +226,7 @@ private slots:
         store(QString(),
               {command("text", "звёздочка", "знак", true), command("text", "термин", "слово")});
         Editor editor(QString("marks%1.txt").arg(usePunctuation));
-        QVERIFY(start());
-        XKeyboard().play(doubleCtrl);
-        QVERIFY(dictates());
+        QVERIFY(start() && startDictation());
         m_stand->sayResult("звёздочка и термин");
         QTRY_VERIFY(!editor.text().isEmpty());
         QTEST(editor.text(), "typed");
@@ -272,6 +244,11 @@ private:
         return nextMode(m_stand.get()).isNull() && !m_stand->waitFor("sound").isEmpty();
     }
 
+    bool startDictation() {
+        XKeyboard().play(doubleCtrl);
+        return dictates();
+    }
+
     /// Has the server hear the command of this phrase.
     void speak(const char *phrase) {
         m_stand->sayResult(QString::fromUtf8(phrase), true, QString::fromUtf8(phrase));
@@ -279,12 +256,10 @@ private:
 
     int startModes() {
         m_stand->tell("state");
-        const QList<QJsonObject> &events = m_stand->events();
-        return static_cast<int>(
-            std::count_if(events.cbegin(), events.cend(), [](const auto &event) {
-                return event["event"] == QLatin1String("message") &&
-                       event["type"] == static_cast<int>(MessageType::StartMode);
-            }));
+        int count = 0;
+        for (const QJsonObject &event : m_stand->events())
+            count += event["event"] == "message" && event["type"] == int(MessageType::StartMode);
+        return count;
     }
 
     std::unique_ptr<Stand> m_stand;

@@ -6,8 +6,6 @@
 #include "core/settings/HotkeySettings.h"
 #include "core/settings/LaunchSettings.h"
 
-#include <QJsonArray>
-
 /// The whole program on a whole desk: keys, sound, server, typed text.
 class TestDictation : public QObject {
     Q_OBJECT
@@ -65,19 +63,9 @@ private slots:
 
     void staysWithItsWindowInTheBackground() {
         LaunchSettings().OutputToBackground = true;
-        QJsonArray servers{
-            QJsonObject{{"ServerId", "0"}, {"ConnectionString", m_stand->connectionString()}}};
-        for (const char *id : {"1", "2"}) {
-            const QJsonObject opened = m_stand->tell("open");
-            servers.append(QJsonObject{{"ServerId", id},
-                                       {"ConnectionString", QString("127.0.0.1;%1;%2")
-                                                                .arg(opened["port"].toInt())
-                                                                .arg(opened["rest"].toInt())}});
-        }
-        m_stand->tell({{"do", "servers"}, {"mode", "normal"}, {"list", servers}});
+        m_stand->offerServers(3);
         Editor first("first.txt");
-        QVERIFY(start());
-        QVERIFY(startDictation());
+        QVERIFY(start() && startDictation());
         const Editor second("second.txt");
         m_stand->sayResult("один");
         QTRY_COMPARE(first.text(), "Один");
@@ -98,8 +86,7 @@ private slots:
         const QString feed = desk().loadModule({"module-null-sink", "sink_name=otherfeed"});
         const QString other = desk().loadModule(
             {"module-remap-source", "master=otherfeed.monitor", "source_name=other"});
-        QVERIFY(start());
-        QVERIFY(startDictation());
+        QVERIFY(start() && startDictation());
         desk().unloadModule(other);
         QVERIFY2(soundFlows(), "the remaining microphone takes over");
         const QString again = desk().loadModule(
@@ -111,8 +98,7 @@ private slots:
     }
 
     void goesOnAfterPulseAudio() {
-        QVERIFY(start());
-        QVERIFY(startDictation());
+        QVERIFY(start() && startDictation());
         for (int round = 0; round < 2; ++round) {
             desk().stopSound();
             QVERIFY(m_program->waitForLog("pa_context_connect failed"));
@@ -140,8 +126,7 @@ private slots:
 
     void endsWhileItDictates() {
         Editor editor("end.txt");
-        QVERIFY(start());
-        QVERIFY(startDictation());
+        QVERIFY(start() && startDictation());
         for (int i = 0; i < 20; ++i)
             m_stand->sayResult("слово №");
         m_stand->forget();
@@ -151,7 +136,6 @@ private slots:
     }
 
 private:
-    /// Starts the program and waits until it is ready, all its messages sent.
     bool start() {
         m_program = startProgram(m_stand.get());
         return m_program != nullptr;

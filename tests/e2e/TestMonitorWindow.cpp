@@ -24,18 +24,9 @@ QString xdotool(const QStringList &arguments) {
     return desk().run("xdotool", arguments).trimmed();
 }
 
-/// What a program says about a window; an empty text if it fails because there is none, or no more.
-QString ask(const QString &program, const QStringList &arguments) {
-    try {
-        return desk().run(program, arguments).trimmed();
-    } catch (const std::runtime_error &) {
-        return QString();
-    }
-}
-
 /// The window of this name that can be seen, or an empty text.
 QString visibleWindow(const QString &name) {
-    return ask("xdotool", {"search", "--onlyvisible", "--name", name}).section('\n', -1);
+    return desk().ask("xdotool", {"search", "--onlyvisible", "--name", name}).section('\n', -1);
 }
 
 /// Where it stands, in pixels of the X server; an invalid rectangle if it cannot be seen.
@@ -44,14 +35,14 @@ QRect place(const QString &name) {
     if (window.isEmpty())
         return QRect();
     QMap<QString, int> values;
-    for (const QString &line : ask("xwininfo", {"-id", window}).split('\n'))
+    for (const QString &line : desk().ask("xwininfo", {"-id", window}).split('\n'))
         values[line.section(':', 0, 0).trimmed()] = line.section(':', 1).toInt();
     return {values["Absolute upper-left X"], values["Absolute upper-left Y"], values["Width"],
             values["Height"]};
 }
 
 QString focusedName() {
-    return ask("xdotool", {"getwindowfocus", "getwindowname"});
+    return desk().ask("xdotool", {"getwindowfocus", "getwindowname"});
 }
 
 /// One pixel of the program's, whatever the scale makes of it.

@@ -66,12 +66,9 @@ private slots:
             qEnvironmentVariable("XDG_DATA_HOME") + "/Ostrel/Vellumar/commands";
         QVERIFY(QDir().mkpath(commands));
         const QByteArray garbled = "{\"Commands\": [";
-        QFile file(commands + "/default.json");
-        if (isGarbled) {
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(garbled);
-            file.close();
-        }
+        const QString file = commands + "/default.json";
+        if (isGarbled)
+            desk().write(file, garbled);
         const QDir folder = copyProgram();
         if (!isGarbled)
             QVERIFY(QFile::remove(folder.filePath("autoreplaces.json")));
@@ -83,10 +80,8 @@ private slots:
                                 reason.arg(isGarbled ? commands : folder.path()), "Startup failed"};
         for (const QString &line : lines)
             QVERIFY(program.waitForLog(line, 0));
-        if (isGarbled) {
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QCOMPARE(file.readAll(), garbled);
-        }
+        if (isGarbled)
+            QCOMPARE(desk().read(file), QString(garbled));
     }
 
     void logsWhereItIsTold_data() {
@@ -114,11 +109,8 @@ private slots:
         QFETCH(QString, inLog);
         QFETCH(bool, isFallback);
         const QDir folder = copyProgram();
-        if (hasFile) {
-            QFile file(folder.filePath("log.ini"));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            QCOMPARE(file.write(configuration), configuration.size());
-        }
+        if (hasFile)
+            desk().write(folder.filePath("log.ini"), configuration);
 
         Program program(folder.filePath("vellumar"));
         QVERIFY(program.waitForLog(inLog));
@@ -139,7 +131,6 @@ private:
     static void closeMessage() {
         desk().run("xdotool", {"search", "--sync", "--onlyvisible", "--name", "^Ошибка$",
                                "windowactivate", "--sync"});
-        desk().screenshot(desk().folder() + "/message.png");
         XKeyboard().play("+Return -Return");
     }
 

@@ -10,9 +10,7 @@ QString run(const char *program, const QString &arguments) {
     return desk().run(QString::fromLatin1(program), arguments.split(' '));
 }
 
-QString menuType() {
-    return "_NET_WM_WINDOW_TYPE_POPUP_MENU";
-}
+const QString menuType = "_NET_WM_WINDOW_TYPE_POPUP_MENU";
 
 } // namespace
 
@@ -47,23 +45,20 @@ private:
     /// The visible window of the program that has this among its X properties and is not under the
     /// window manager, or an empty text.
     static QString windowWith(const QString &property) {
-        try {
-            for (const QString &id : run("xdotool", "search --onlyvisible --class "
-                                                    "vellumar")
-                                         .split('\n', Qt::SkipEmptyParts)) {
-                const QString properties = run("xprop", "-id " + id);
-                if (properties.contains(property) && !properties.contains("WM_STATE"))
-                    return id;
-            }
-        } catch (const std::runtime_error &) {
-            // None is there yet, or one is gone again.
+        // None may be there yet, or one be gone again.
+        const QString ids =
+            desk().ask("xdotool", {"search", "--onlyvisible", "--class", "vellumar"});
+        for (const QString &id : ids.split('\n', Qt::SkipEmptyParts)) {
+            const QString properties = desk().ask("xprop", {"-id", id});
+            if (properties.contains(property) && !properties.contains("WM_STATE"))
+                return id;
         }
         return QString();
     }
 
     /// Where an entry of the open menu is, counted from its top, or from its bottom if negative.
     static void clickMenu(int entry) {
-        const QString menu = windowWith(menuType());
+        const QString menu = windowWith(menuType);
         const QString shape = run("xdotool", "getwindowgeometry --shell " + menu);
         const int height = shape.section("HEIGHT=", 1).section('\n', 0, 0).toInt();
         constexpr int entryHeight = 40;
@@ -81,7 +76,7 @@ private:
             if (!QTest::qWaitFor([&] { return !(icon = windowWith(isIcon)).isEmpty(); }))
                 return false;
             run("xdotool", QString("mousemove --window %1 10 10 click 3").arg(icon));
-            if (QTest::qWaitFor([] { return !windowWith(menuType()).isEmpty(); }, 3000))
+            if (QTest::qWaitFor([] { return !windowWith(menuType).isEmpty(); }, 3000))
                 return true;
         }
         return false;

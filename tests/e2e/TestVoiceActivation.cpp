@@ -4,8 +4,6 @@
 #include "Stand.h"
 #include "core/settings/LaunchSettings.h"
 
-#include <QFile>
-
 /// Dictation without a hand on the keyboard: what is said into the microphone starts and stops it,
 /// recognised from the sound.
 class TestVoiceActivation : public QObject {
@@ -45,10 +43,7 @@ private:
     static bool say(const QString &phrase) {
         const QString text = desk().folder() + "/phrase.txt";
         const QString wav = desk().folder() + "/phrase.wav";
-        QFile file(text);
-        if (!file.open(QIODevice::WriteOnly) || file.write(phrase.toUtf8()) < 0)
-            return false;
-        file.close();
+        desk().write(text, phrase.toUtf8());
         desk().run("text2wave", {"-eval", "(voice_msu_ru_nsh_clunits)", text, "-o", wav});
         QProcess *speaker = desk().speak(wav);
         const bool hasEnded =
