@@ -22,10 +22,10 @@ inline VirtualDesk &desk() {
     return *currentDesk();
 }
 
-/// Raises the desk, makes the application as the program's own main does, and runs one test
-/// object. Used through DESK_TEST_MAIN. Returns the number of failures, or -1 without a desk.
-template <typename Application, typename TestObject>
-int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
+/// Raises the desk, makes the application as the program's own main does, and runs tests in it.
+/// Returns what they return, or -1 without a desk.
+template <typename Application, typename Tests>
+int withDesk(int argc, char **argv, VirtualDesk::Needs needs, const Tests &tests) {
     try {
         currentDesk() = std::make_unique<VirtualDesk>(needs);
     } catch (const std::exception &failure) {
@@ -35,12 +35,11 @@ int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
     int failures = 0;
     {
         Application application(argc, argv);
-        QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
-        QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));
-        Settings::setFileName(QStringLiteral("settings"));
-        AppVariables::sm_stdVars.get(QStringLiteral("HomeLocation"), {});
-        TestObject test;
-        failures = QTest::qExec(&test, argc, argv);
+        QCoreApplication::setOrganizationName("Ostrel");
+        QCoreApplication::setApplicationName("Vellumar");
+        Settings::setFileName("settings");
+        AppVariables::sm_stdVars.get("HomeLocation", {});
+        failures = tests();
     }
     currentDesk().reset();
     return failures;
@@ -56,6 +55,15 @@ void columns(Names... names) {
 template <typename... Values>
 void row(const char *name, const Values &...values) {
     (QTest::newRow(name) << ... << values);
+}
+
+/// Runs one test object on the desk; returns the number of failures.
+template <typename Application, typename TestObject>
+int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
+    return withDesk<Application>(argc, argv, needs, [&] {
+        TestObject test;
+        return QTest::qExec(&test, argc, argv);
+    });
 }
 
 /// The main function of a test executable: DESK_TEST_MAIN(TestKeys, VirtualDesk::Screen).

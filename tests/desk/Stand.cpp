@@ -1,13 +1,14 @@
 #include "Stand.h"
 
+#include "VirtualDesk.h"
 #include "core/settings/BalancerConnectionSettings.h"
 #include "core/settings/ClientConnectionSettings.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 #include <QEventLoop>
-#include <QFile>
 #include <QHostAddress>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTimer>
@@ -17,12 +18,7 @@
 
 namespace {
 
-constexpr int kStartMs = 20000;
 constexpr int kAnswerMs = 20000;
-const QString kEvent = QStringLiteral("event");
-const QString kId = QStringLiteral("id");
-const QString kText = QStringLiteral("text");
-const QString kType = QStringLiteral("type");
 
 [[noreturn]] void fail(const QString &text) {
     throw std::runtime_error(text.toStdString());
@@ -30,7 +26,7 @@ const QString kType = QStringLiteral("type");
 
 template <typename T>
 void point(T &&settings, const Stand &stand) {
-    settings.Ip = QStringLiteral("127.0.0.1");
+    settings.Ip = "127.0.0.1";
     settings.Port = int(stand.port());
     settings.RestPort = int(stand.restPort());
     settings.UseTls = false;
@@ -42,46 +38,54 @@ void point(T &&settings, const Stand &stand) {
 Stand::Stand(const QJsonObject &script, const QStringList &arguments) {
     start(script, arguments);
     const QString line = readReadyLine();
-    static const QRegularExpression form(
-        QStringLiteral("^ready: websocket (\\d+), rest (\\d+), control (\\d+)"));
+    static const QRegularExpression form("^ready: websocket (\\d+), rest (\\d+), control (\\d+)");
     const QRegularExpressionMatch match = form.match(line);
     if (!match.hasMatch())
-        fail(QStringLiteral("the stand does not start: %1").arg(line));
+        fail(QString("the stand does not start: %1").arg(line));
     m_port = match.captured(1).toUShort();
     m_restPort = match.captured(2).toUShort();
     QObject::connect(&m_control, &QTcpSocket::readyRead, &m_control, [this] { readLines(); });
     m_control.connectToHost(QHostAddress::LocalHost, match.captured(3).toUShort());
-    if (!m_control.waitForConnected(kStartMs))
-        fail(QStringLiteral("no control connection: %1").arg(m_control.errorString()));
+    if (!m_control.waitForConnected(kAnswerMs))
+        fail(QString("no control connection: %1").arg(m_control.errorString()));
     m_control.setSocketOption(QAbstractSocket::LowDelayOption, 1);
 }
 
 void Stand::start(const QJsonObject &script, const QStringList &arguments) {
-    QFile file(m_folder.filePath(QStringLiteral("script.json")));
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(script).toJson()) < 0)
-        fail(file.errorString());
-    file.close();
-    const QString any = QStringLiteral("0");
+    const QString file = m_folder.filePath("script.json");
+    VirtualDesk::write(file, QJsonDocument(script).toJson());
+    const QString any = "0";
     m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/vellumar-stand"),
-                    QStringList{QStringLiteral("--port"), any, QStringLiteral("--rest-port"), any,
-                                QStringLiteral("--control"), any, QStringLiteral("--quiet"),
-                                QStringLiteral("--script"), file.fileName()} +
+    m_process.start(QCoreApplication::applicationDirPath() + "/vellumar-stand",
+                    QStringList{"--port", any, "--rest-port", any, "--control", any, "--quiet",
+                                "--script", file} +
                         arguments);
-    if (!m_process.waitForStarted(kStartMs))
+    if (!m_process.waitForStarted(kAnswerMs))
         fail(m_process.errorString());
 }
 
 QString Stand::readReadyLine() {
     while (!m_process.canReadLine()) {
-        if (!m_process.waitForReadyRead(kStartMs))
+        if (!m_process.waitForReadyRead(kAnswerMs))
             return QString::fromUtf8(m_process.readAll());
     }
     return QString::fromUtf8(m_process.readLine());
 }
 
 QString Stand::connectionString() const {
-    return QStringLiteral("127.0.0.1;%1;%2").arg(m_port).arg(m_restPort);
+    return QString("127.0.0.1;%1;%2").arg(m_port).arg(m_restPort);
+}
+
+void Stand::offerServers(int count) {
+    QJsonArray servers{QJsonObject{{"ServerId", "0"}, {"ConnectionString", connectionString()}}};
+    for (int id = 1; id < count; ++id) {
+        const QJsonObject opened = tell("open");
+        const QString ports =
+            QString("%1;%2").arg(opened["port"].toInt()).arg(opened["rest"].toInt());
+        servers.append(QJsonObject{{"ServerId", QString::number(id)},
+                                   {"ConnectionString", "127.0.0.1;" + ports}});
+    }
+    tell({{"do", "servers"}, {"mode", "normal"}, {"list", servers}});
 }
 
 void Stand::writeSettings() const {
@@ -91,26 +95,24 @@ void Stand::writeSettings() const {
 
 QJsonObject Stand::tell(QJsonObject command) {
     const int id = ++m_lastId;
-    command.insert(kId, id);
+    command.insert("id", id);
     m_control.write(QJsonDocument(command).toJson(QJsonDocument::Compact) + '\n');
-    if (!runUntil([&] { return m_answer[kId].toInt() == id; }, kAnswerMs))
-        fail(QStringLiteral("the stand does not answer"));
-    if (m_answer[kEvent] != QStringLiteral("done"))
-        fail(QStringLiteral("the stand refuses: %1").arg(m_answer[kText].toString()));
+    if (!runUntil([&] { return m_answer["id"].toInt() == id; }, kAnswerMs))
+        fail("the stand does not answer");
+    if (m_answer["event"] != "done")
+        fail(QString("the stand refuses: %1").arg(m_answer["text"].toString()));
     return m_answer;
 }
 
 void Stand::sayResult(const QString &text, bool isFinal, const QString &commandId) {
-    tell(QJsonObject{{QStringLiteral("do"), QStringLiteral("result")},
-                     {kText, text},
-                     {QStringLiteral("final"), isFinal},
-                     {QStringLiteral("commandId"), commandId}});
+    tell(QJsonObject{
+        {"do", "result"}, {"text", text}, {"final", isFinal}, {"commandId", commandId}});
 }
 
 int Stand::count(const QString &event) const {
     return static_cast<int>(
         std::count_if(m_events.cbegin(), m_events.cend(),
-                      [&](const QJsonObject &one) { return one[kEvent].toString() == event; }));
+                      [&](const QJsonObject &one) { return one["event"].toString() == event; }));
 }
 
 QJsonObject Stand::waitFor(const QString &event, const Predicate &fits, int timeoutMs) {
@@ -119,7 +121,7 @@ QJsonObject Stand::waitFor(const QString &event, const Predicate &fits, int time
     const auto look = [&] {
         while (found.isEmpty() && m_position < m_events.size()) {
             const QJsonObject &next = m_events[m_position++];
-            if (next[kEvent].toString() == event && (!fits || fits(next)))
+            if (next["event"].toString() == event && (!fits || fits(next)))
                 found = next;
         }
         return !found.isEmpty();
@@ -133,20 +135,20 @@ QJsonObject Stand::waitFor(const QString &event, const Predicate &fits, int time
 }
 
 QJsonObject Stand::waitForMessage(int type, int timeoutMs) {
-    const auto fits = [type](const QJsonObject &event) { return event[kType].toInt() == type; };
-    return waitFor(QStringLiteral("message"), fits, timeoutMs);
+    const auto fits = [type](const QJsonObject &event) { return event["type"].toInt() == type; };
+    return waitFor("message", fits, timeoutMs);
 }
 
 void Stand::forget() {
     // A round trip brings everything that the stand has seen so far.
-    tell(QStringLiteral("state"));
+    tell("state");
     m_position = m_events.size();
 }
 
 void Stand::readLines() {
     while (m_control.canReadLine()) {
         const QJsonObject object = QJsonDocument::fromJson(m_control.readLine()).object();
-        const bool isAnswer = object.contains(kId);
+        const bool isAnswer = object.contains("id");
         if (isAnswer)
             m_answer = object;
         else

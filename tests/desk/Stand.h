@@ -28,15 +28,15 @@ public:
     quint16 restPort() const { return m_restPort; }
     /// Address, WebSocket port and REST port, as lists of servers have it.
     QString connectionString() const;
+    /// Opens further ports and has the balancer offer that many servers, this one first.
+    void offerServers(int count);
     /// Points the client's settings at this stand.
     void writeSettings() const;
 
     /// Carries a control command out and returns the answer.
     /// @throws std::runtime_error  the stand refuses, or does not answer
     QJsonObject tell(QJsonObject command);
-    QJsonObject tell(const QString &command) {
-        return tell(QJsonObject{{QStringLiteral("do"), command}});
-    }
+    QJsonObject tell(const QString &command) { return tell(QJsonObject{{"do", command}}); }
     /// Sends a result to the client.
     void sayResult(const QString &text, bool isFinal = true, const QString &commandId = {});
 

@@ -6,7 +6,6 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QMap>
 
 #include <X11/Xlib.h>
 #include <algorithm>
@@ -27,8 +26,7 @@ constexpr char panelSettings[] = R"(<?xml version="1.0" encoding="UTF-8"?>
       <property name="position-locked" type="bool" value="true"/>
       <property name="size" type="uint" value="30"/>
       <property name="plugin-ids" type="array">
-        <value type="int" value="1"/>
-        <value type="int" value="2"/>
+        <value type="int" value="1"/><value type="int" value="2"/>
       </property>
     </property>
   </property>
@@ -48,7 +46,7 @@ using XConnection = std::unique_ptr<Display, decltype(&XCloseDisplay)>;
 XConnection connectToScreen() {
     XConnection display(XOpenDisplay(nullptr), &XCloseDisplay);
     if (!display)
-        fail(QStringLiteral("the desk's X server does not answer"));
+        fail("the desk's X server does not answer");
     return display;
 }
 
@@ -85,31 +83,12 @@ bool hasTray(Display *display) {
 
 /// Nothing of the caller's own desktop, sound server or proxy may reach the desk's programs.
 void forgetOuterDesktop() {
-    for (const char *name : {"http_proxy",
-                             "https_proxy",
-                             "all_proxy",
-                             "no_proxy",
-                             "HTTP_PROXY",
-                             "HTTPS_PROXY",
-                             "ALL_PROXY",
-                             "NO_PROXY",
-                             "DISPLAY",
-                             "WAYLAND_DISPLAY",
-                             "XAUTHORITY",
-                             "XMODIFIERS",
-                             "XDG_CURRENT_DESKTOP",
-                             "XDG_SESSION_TYPE",
-                             "PULSE_SERVER",
-                             "PULSE_SINK",
-                             "PULSE_SOURCE",
-                             "PULSE_COOKIE",
-                             "PULSE_CLIENTCONFIG",
-                             "PULSE_RUNTIME_PATH",
-                             "QT_IM_MODULE",
-                             "GTK_IM_MODULE",
-                             "QT_STYLE_OVERRIDE",
-                             "QT_QPA_PLATFORMTHEME",
-                             "LANGUAGE"})
+    const QByteArray names =
+        "http_proxy https_proxy all_proxy no_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY NO_PROXY "
+        "DISPLAY WAYLAND_DISPLAY XAUTHORITY XMODIFIERS XDG_CURRENT_DESKTOP XDG_SESSION_TYPE "
+        "PULSE_SERVER PULSE_SINK PULSE_SOURCE PULSE_COOKIE PULSE_CLIENTCONFIG PULSE_RUNTIME_PATH "
+        "QT_IM_MODULE GTK_IM_MODULE QT_STYLE_OVERRIDE QT_QPA_PLATFORMTHEME LANGUAGE";
+    for (const QByteArray &name : names.split(' '))
         qunsetenv(name);
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("NO_AT_BRIDGE", "1");
@@ -120,18 +99,12 @@ void forgetOuterDesktop() {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 
-void writeFile(const QString &path, const QByteArray &content) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        fail(QStringLiteral("cannot write %1").arg(path));
-}
-
 } // namespace
 
 VirtualDesk::VirtualDesk(Needs needs)
-    : m_needs(needs), m_folder(QDir::tempPath() + QStringLiteral("/vellumar-desk-XXXXXX")) {
+    : m_needs(needs), m_folder(QDir::tempPath() + "/vellumar-desk-XXXXXX") {
     if (!m_folder.isValid())
-        fail(QStringLiteral("no folder for the desk: ") + m_folder.errorString());
+        fail("no folder for the desk: " + m_folder.errorString());
     m_folder.setAutoRemove(!qEnvironmentVariableIsSet("VELLUMAR_KEEP_DESK"));
     forgetOuterDesktop();
     makeFolders();
@@ -151,19 +124,22 @@ VirtualDesk::~VirtualDesk() {
         m_processes.pop_back();
 }
 
-QString VirtualDesk::folder() const {
-    return m_folder.path();
+void VirtualDesk::write(const QString &path, const QByteArray &content) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        fail(QString("cannot write %1").arg(path));
+}
+
+QString VirtualDesk::read(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 void VirtualDesk::makeFolders() {
     const QDir root(m_folder.path());
     const std::vector<std::pair<const char *, QString>> folders = {
-        {"HOME", QStringLiteral("home")},
-        {"TMPDIR", QStringLiteral("tmp")},
-        {"XDG_CONFIG_HOME", QStringLiteral("config")},
-        {"XDG_DATA_HOME", QStringLiteral("data")},
-        {"XDG_CACHE_HOME", QStringLiteral("cache")},
-        {"XDG_RUNTIME_DIR", QStringLiteral("runtime")},
+        {"HOME", "home"},          {"TMPDIR", "tmp"},           {"XDG_CONFIG_HOME", "config"},
+        {"XDG_DATA_HOME", "data"}, {"XDG_CACHE_HOME", "cache"}, {"XDG_RUNTIME_DIR", "runtime"},
     };
     for (const auto &[variable, name] : folders) {
         root.mkpath(name);
@@ -171,26 +147,24 @@ void VirtualDesk::makeFolders() {
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv(variable, path.toLocal8Bit());
     }
-    root.mkpath(QStringLiteral("log"));
-    root.mkpath(QStringLiteral("config/pulse"));
+    root.mkpath("log");
+    root.mkpath("config/pulse");
     // A client that finds no server must not start one behind the back of a test that ended it.
-    writeFile(root.filePath(QStringLiteral("config/pulse/client.conf")), "autospawn = no\n");
+    write(root.filePath("config/pulse/client.conf"), "autospawn = no\n");
 }
 
 QProcess *VirtualDesk::startServer() {
     if (m_needs & TwoMonitors)
         return startTwoMonitors();
-    return start(QStringLiteral("Xvfb"),
-                 {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                  QStringLiteral("0"), QStringLiteral("1280x800x24"), QStringLiteral("-noreset"),
-                  QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    return start(
+        "Xvfb", {"-displayfd", "1", "-screen", "0", "1280x800x24", "-noreset", "-nolisten", "tcp"});
 }
 
 QProcess *VirtualDesk::startTwoMonitors() {
     // Xvfb puts the monitors of one screen on top of each other; the dummy driver does not. It is
     // kept off the machine's own cards, keyboards and consoles.
-    const QString file = m_folder.filePath(QStringLiteral("xorg.conf"));
-    writeFile(file, R"(Section "ServerFlags"
+    const QString file = m_folder.filePath("xorg.conf");
+    write(file, R"(Section "ServerFlags"
     Option "AutoAddDevices" "false"
     Option "AutoAddGPU" "false"
     Option "DontVTSwitch" "true"
@@ -212,11 +186,9 @@ Section "Screen"
     DefaultDepth 24
 EndSection
 )");
-    return start(QStringLiteral("Xorg"),
-                 {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-config"),
-                  file, QStringLiteral("-logfile"), m_folder.filePath(QStringLiteral("log/Xorg")),
-                  QStringLiteral("-noreset"), QStringLiteral("-novtswitch"),
-                  QStringLiteral("-sharevts"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    return start("Xorg",
+                 {"-displayfd", "1", "-config", file, "-logfile", m_folder.filePath("log/Xorg"),
+                  "-noreset", "-novtswitch", "-sharevts", "-nolisten", "tcp"});
 }
 
 void VirtualDesk::placeMonitors() {
@@ -225,7 +197,7 @@ void VirtualDesk::placeMonitors() {
                                   "--output DUMMY0 --mode 1280x800 --primary "
                                   "--output DUMMY1 --mode 1024x768 --right-of DUMMY0",
                                   "--query"})
-        run(QStringLiteral("xrandr"), QString::fromLatin1(arguments).split(QLatin1Char(' ')));
+        run("xrandr", QString::fromLatin1(arguments).split(' '));
 }
 
 void VirtualDesk::startScreen() {
@@ -234,13 +206,13 @@ void VirtualDesk::startScreen() {
     const QDeadlineTimer deadline(upTimeoutMs);
     while (!number.endsWith('\n')) {
         if (!server->waitForReadyRead(static_cast<int>(deadline.remainingTime())))
-            fail(QStringLiteral("the X server names no display: ") + server->errorString());
+            fail("the X server names no display: " + server->errorString());
         number += server->readAllStandardOutput();
     }
     qputenv("DISPLAY", ":" + number.trimmed());
     if (m_needs & TwoMonitors)
         placeMonitors();
-    run(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), QStringLiteral("us,ru")});
+    run("setxkbmap", {"-layout", "us,ru"});
     if (m_needs & Xfce)
         startSessionBus();
     if (!(m_needs & Bare))
@@ -251,9 +223,8 @@ void VirtualDesk::startWindowManager() {
     const XConnection display = connectToScreen();
     const Window root = DefaultRootWindow(display.get());
     const Window asked = XCreateSimpleWindow(display.get(), root, 0, 0, 10, 10, 0, 0, 0);
-    QProcess *manager = m_needs & Xfce
-                            ? start(QStringLiteral("xfwm4"), {QStringLiteral("--compositor=off")})
-                            : start(QStringLiteral("openbox"), {});
+    QProcess *manager =
+        m_needs & Xfce ? start("xfwm4", {"--compositor=off"}) : start("openbox", {});
     // The window manager names itself early and loses what comes before its event loop; a window
     // shown till then would not get the focus. So it is up when it answers.
     awaitUp(manager, "the window manager", [&] {
@@ -266,42 +237,33 @@ void VirtualDesk::startWindowManager() {
 
 void VirtualDesk::startSessionBus() {
     const QDir root(m_folder.path());
-    root.mkpath(QStringLiteral("bus"));
+    root.mkpath("bus");
     // Only what belongs to the session may be started over the bus.
     for (const char *service :
          {"org.xfce.Xfconf.service", "org.xfce.xfce4-notifyd.Notifications.service"}) {
         const QString name = QLatin1String(service);
-        if (!QFile::link(QStringLiteral("/usr/share/dbus-1/services/") + name,
-                         root.filePath(QStringLiteral("bus/") + name)))
-            fail(QStringLiteral("cannot offer %1 on the session bus").arg(name));
+        if (!QFile::link("/usr/share/dbus-1/services/" + name, root.filePath("bus/" + name)))
+            fail(QString("cannot offer %1 on the session bus").arg(name));
     }
-    const QString address =
-        QStringLiteral("unix:path=") + root.filePath(QStringLiteral("runtime/bus"));
-    const QString file = root.filePath(QStringLiteral("bus/session.conf"));
-    writeFile(file, QStringLiteral(R"(<busconfig>
+    const QString address = "unix:path=" + root.filePath("runtime/bus");
+    const QString file = root.filePath("bus/session.conf");
+    write(file, QStringLiteral(R"(<busconfig>
   <type>session</type>
   <listen>%1</listen>
   <servicedir>%2</servicedir>
   <policy context="default">
-    <allow send_destination="*"/>
-    <allow receive_sender="*"/>
-    <allow own="*"/>
+    <allow send_destination="*"/><allow receive_sender="*"/><allow own="*"/>
   </policy>
 </busconfig>
 )")
-                        .arg(address, root.filePath(QStringLiteral("bus")))
-                        .toLocal8Bit());
-    root.mkpath(QStringLiteral("config/xfce4/xfconf/xfce-perchannel-xml"));
-    writeFile(
-        root.filePath(QStringLiteral("config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml")),
-        panelSettings);
+                    .arg(address, root.filePath("bus"))
+                    .toLocal8Bit());
+    root.mkpath("config/xfce4/xfconf/xfce-perchannel-xml");
+    write(root.filePath("config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"), panelSettings);
     qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
     qputenv("GIO_USE_VFS", "local");
-    QProcess *bus = start(QStringLiteral("dbus-daemon"),
-                          {QStringLiteral("--config-file"), file, QStringLiteral("--nofork"),
-                           QStringLiteral("--nopidfile")});
-    awaitUp(bus, "dbus-daemon",
-            [&root] { return QFile::exists(root.filePath(QStringLiteral("runtime/bus"))); });
+    QProcess *bus = start("dbus-daemon", {"--config-file", file, "--nofork", "--nopidfile"});
+    awaitUp(bus, "dbus-daemon", [&root] { return QFile::exists(root.filePath("runtime/bus")); });
 }
 
 void VirtualDesk::startTray(Edge edge) {
@@ -311,13 +273,8 @@ void VirtualDesk::startTray(Edge edge) {
     if (m_needs & Xfce) {
         m_tray = startPanel(edge);
     } else {
-        static const QMap<Edge, QString> names{{Edge::Top, QStringLiteral("top")},
-                                               {Edge::Bottom, QStringLiteral("bottom")},
-                                               {Edge::Left, QStringLiteral("left")},
-                                               {Edge::Right, QStringLiteral("right")}};
         m_tray =
-            start(QStringLiteral("trayer"), {QStringLiteral("--edge"), names[edge],
-                                             QStringLiteral("--align"), QStringLiteral("right")});
+            start("trayer", {"--edge", edge == Edge::Top ? "top" : "bottom", "--align", "right"});
     }
     awaitUp(m_tray, "the tray", [this, &display] {
         return hasTray(display.get()) && (!(m_needs & Xfce) || hasStatusNotifier());
@@ -330,47 +287,34 @@ void VirtualDesk::stopTray() {
 }
 
 QProcess *VirtualDesk::startPanel(Edge edge) {
-    // The panel's own numbers: a corner to start from, and 1 for upright.
-    static const QMap<Edge, std::pair<QString, QString>> places{
-        {Edge::Top, {QStringLiteral("p=6;x=0;y=0"), QStringLiteral("0")}},
-        {Edge::Bottom, {QStringLiteral("p=8;x=0;y=0"), QStringLiteral("0")}},
-        {Edge::Left, {QStringLiteral("p=6;x=0;y=0"), QStringLiteral("1")}},
-        {Edge::Right, {QStringLiteral("p=2;x=0;y=0"), QStringLiteral("1")}}};
-    const auto set = [this](const char *property, const char *type, const QString &value) {
-        run(QStringLiteral("xfconf-query"),
-            {QStringLiteral("-c"), QStringLiteral("xfce4-panel"), QStringLiteral("-n"),
-             QStringLiteral("-p"), QLatin1String(property), QStringLiteral("-t"),
-             QLatin1String(type), QStringLiteral("-s"), value});
-    };
-    set("/panels/panel-1/position", "string", places[edge].first);
-    set("/panels/panel-1/mode", "uint", places[edge].second);
-    return start(QStringLiteral("xfce4-panel"), {});
+    // The number of the corner to start from.
+    const QString position = edge == Edge::Top ? "p=6;x=0;y=0" : "p=8;x=0;y=0";
+    run("xfconf-query", {"-c", "xfce4-panel", "-n", "-p", "/panels/panel-1/position", "-t",
+                         "string", "-s", position});
+    return start("xfce4-panel", {});
 }
 
 bool VirtualDesk::hasStatusNotifier() {
-    return run(QStringLiteral("dbus-send"),
-               {QStringLiteral("--session"), QStringLiteral("--print-reply"),
-                QStringLiteral("--dest=org.freedesktop.DBus"), QStringLiteral("/"),
-                QStringLiteral("org.freedesktop.DBus.NameHasOwner"),
-                QStringLiteral("string:org.kde.StatusNotifierWatcher")})
-        .contains(QStringLiteral("boolean true"));
+    return run("dbus-send",
+               {"--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+                "org.freedesktop.DBus.NameHasOwner", "string:org.kde.StatusNotifierWatcher"})
+        .contains("boolean true");
 }
 
 void VirtualDesk::startSound() {
     if (m_sound)
         return;
     m_sound =
-        start(QStringLiteral("pulseaudio"),
-              {QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
-               QStringLiteral("-n"), QStringLiteral("--load=module-native-protocol-unix"),
-               QStringLiteral("--load=module-null-sink sink_name=speaker "
-                              "sink_properties=device.description=Speaker"),
-               QStringLiteral("--load=module-null-sink sink_name=micfeed"),
-               QStringLiteral("--load=module-remap-source master=micfeed.monitor source_name=mic "
-                              "source_properties=device.description=Microphone")});
+        start("pulseaudio",
+              {"--daemonize=no", "--exit-idle-time=-1", "-n", "--load=module-native-protocol-unix",
+               "--load=module-null-sink sink_name=speaker "
+               "sink_properties=device.description=Speaker",
+               "--load=module-null-sink sink_name=micfeed",
+               "--load=module-remap-source master=micfeed.monitor source_name=mic "
+               "source_properties=device.description=Microphone"});
     awaitUp(m_sound, "pulseaudio", [] {
         DeskProcess probe;
-        probe.start(QStringLiteral("pactl"), {QStringLiteral("info")});
+        probe.start("pactl", {"info"});
         return probe.waitForFinished(upTimeoutMs) && probe.exitCode() == 0;
     });
 }
@@ -386,11 +330,11 @@ void VirtualDesk::awaitUp(QProcess *process, const char *what, const std::functi
     while (!isUp()) {
         // The wait between two looks is one for the process's untimely end.
         if (process->waitForFinished(betweenProbesMs) || process->state() == QProcess::NotRunning)
-            fail(QStringLiteral("%1 ended at once with status %2")
+            fail(QString("%1 ended at once with status %2")
                      .arg(QLatin1String(what))
                      .arg(process->exitCode()));
         if (deadline.hasExpired())
-            fail(QStringLiteral("%1 did not come up").arg(QLatin1String(what)));
+            fail(QString("%1 did not come up").arg(QLatin1String(what)));
     }
 }
 
@@ -398,28 +342,36 @@ QString VirtualDesk::run(const QString &program, const QStringList &arguments) {
     DeskProcess process;
     process.start(program, arguments);
     if (!process.waitForStarted() || !process.waitForFinished())
-        fail(QStringLiteral("%1: %2").arg(program, process.errorString()));
+        fail(QString("%1: %2").arg(program, process.errorString()));
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        fail(QStringLiteral("%1 %2 failed: %3")
-                 .arg(program, arguments.join(QLatin1Char(' ')),
+        fail(QString("%1 %2 failed: %3")
+                 .arg(program, arguments.join(' '),
                       QString::fromLocal8Bit(process.readAllStandardError())));
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
+QString VirtualDesk::ask(const QString &program, const QStringList &arguments) {
+    try {
+        return run(program, arguments).trimmed();
+    } catch (const std::runtime_error &) {
+        return QString();
+    }
+}
+
 QProcess *VirtualDesk::start(const QString &program, const QStringList &arguments) {
     const QString log =
-        QStringLiteral("%1/log/%2-%3")
+        QString("%1/log/%2-%3")
             .arg(m_folder.path(), QString::number(++m_started).rightJustified(2, '0'),
-                 program.section(QLatin1Char('/'), -1));
+                 program.section('/', -1));
     auto process = std::make_unique<DeskProcess>();
-    process->setStandardErrorFile(log + QStringLiteral(".err"));
+    process->setStandardErrorFile(log + ".err");
     // Without an event loop nobody would read a pipe, and a talkative program would block on it;
     // an X server tells the number of its display there and nothing more.
-    if (!QCoreApplication::instance() && !program.startsWith(QLatin1Char('X')))
-        process->setStandardOutputFile(log + QStringLiteral(".out"));
+    if (!QCoreApplication::instance() && !program.startsWith('X'))
+        process->setStandardOutputFile(log + ".out");
     process->start(program, arguments);
     if (!process->waitForStarted())
-        fail(QStringLiteral("%1: %2").arg(program, process->errorString()));
+        fail(QString("%1: %2").arg(program, process->errorString()));
     m_processes.push_back(std::move(process));
     return m_processes.back().get();
 }
@@ -432,18 +384,5 @@ void VirtualDesk::end(QProcess *process) {
 }
 
 QString VirtualDesk::loadModule(const QStringList &arguments) {
-    return run(QStringLiteral("pactl"), QStringList{QStringLiteral("load-module")} + arguments)
-        .trimmed();
-}
-
-void VirtualDesk::unloadModule(const QString &index) {
-    run(QStringLiteral("pactl"), {QStringLiteral("unload-module"), index});
-}
-
-QProcess *VirtualDesk::speak(const QString &wavFile) {
-    return start(QStringLiteral("paplay"), {QStringLiteral("--device=micfeed"), wavFile});
-}
-
-void VirtualDesk::screenshot(const QString &pngFile) {
-    run(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), pngFile});
+    return run("pactl", QStringList{"load-module"} + arguments).trimmed();
 }

@@ -34,7 +34,7 @@ public:
     Q_DECLARE_FLAGS(Needs, Need)
 
     /// Where the tray or the panel lies on the primary monitor.
-    enum class Edge { Top, Bottom, Left, Right };
+    enum class Edge { Top, Bottom };
 
     explicit VirtualDesk(Needs needs);
     ~VirtualDesk();
@@ -43,11 +43,19 @@ public:
 
     /// The desk's own folder, removed with the desk unless VELLUMAR_KEEP_DESK is set. The standard
     /// error of each process lies in its subfolder "log".
-    QString folder() const;
+    QString folder() const { return m_folder.path(); }
+
+    /// Writes a file anew.
+    /// @throws std::runtime_error  it cannot be written
+    static void write(const QString &path, const QByteArray &content);
+    /// A file as text; empty if there is none.
+    static QString read(const QString &path);
 
     /// Runs a program to its end and returns its standard output.
     /// @throws std::runtime_error  it cannot be started, fails, or takes over 30 s
     QString run(const QString &program, const QStringList &arguments);
+    /// The same without the spaces around it; empty if the program fails.
+    QString ask(const QString &program, const QStringList &arguments);
     /// Starts a program that is ended with the desk; the desk keeps owning it. Its standard output
     /// can be read if the application object exists by then, else it goes to the folder "log".
     QProcess *start(const QString &program, const QStringList &arguments);
@@ -61,12 +69,14 @@ public:
     void stopSound();
     /// Plugs a device: `pactl load-module …`; returns the module's index.
     QString loadModule(const QStringList &arguments);
-    void unloadModule(const QString &index);
+    void unloadModule(const QString &index) { run("pactl", {"unload-module", index}); }
     /// Starts to play a WAV file into the microphone and returns at once.
-    QProcess *speak(const QString &wavFile);
+    QProcess *speak(const QString &wavFile) {
+        return start("paplay", {"--device=micfeed", wavFile});
+    }
 
     /// Saves a picture of the whole screen.
-    void screenshot(const QString &pngFile);
+    void screenshot(const QString &pngFile) { run("import", {"-window", "root", pngFile}); }
 
 private:
     void makeFolders();

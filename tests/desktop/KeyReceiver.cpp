@@ -11,12 +11,10 @@
 #include <X11/keysym.h>
 #include <xkbcommon/xkbcommon.h>
 
-void KeyReceiver::Closer::operator()(_XDisplay *display) const {
-    XCloseDisplay(display);
-}
-
 KeyReceiver::KeyReceiver(int readEveryMs, int closeAfter)
-    : m_display(XOpenDisplay(nullptr)), m_readEveryMs(readEveryMs), m_closeAfter(closeAfter) {
+    : m_display(XOpenDisplay(nullptr), &XCloseDisplay),
+      m_readEveryMs(readEveryMs),
+      m_closeAfter(closeAfter) {
     openWindow();
     moveToThread(&m_thread);
     connect(&m_thread, &QThread::started, this, &KeyReceiver::startReading);
@@ -94,11 +92,6 @@ QString KeyReceiver::text() const {
 QVector<KeyReceiver::Edge> KeyReceiver::edges() const {
     const QMutexLocker locker(&m_mutex);
     return m_edges;
-}
-
-int KeyReceiver::count() const {
-    const QMutexLocker locker(&m_mutex);
-    return m_edges.size();
 }
 
 bool KeyReceiver::waitForLength(int characters, int timeoutMs) const {

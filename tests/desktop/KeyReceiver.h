@@ -2,7 +2,6 @@
 
 #include <QMutex>
 #include <QObject>
-#include <QStringList>
 #include <QThread>
 #include <QVector>
 #include <QWaitCondition>
@@ -34,7 +33,7 @@ public:
     /// What the presses mean to the window, read with the keyboard map of that moment.
     QString text() const;
     QVector<Edge> edges() const;
-    int count() const;
+    int count() const { return edges().size(); }
     /// @return false if the text is still shorter when the time is over
     bool waitForLength(int characters, int timeoutMs) const;
     void clear();
@@ -45,10 +44,7 @@ private:
     void readEvents();
     void takeKey(void *event);
 
-    struct Closer {
-        void operator()(_XDisplay *display) const;
-    };
-    std::unique_ptr<_XDisplay, Closer> m_display;
+    std::unique_ptr<_XDisplay, int (*)(_XDisplay *)> m_display;
     unsigned long m_window = 0;
     const int m_readEveryMs;
     const int m_closeAfter;

@@ -14,218 +14,196 @@ class TestTextWriter : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void typesWhateverTheLayout_data();
-    void typesWhateverTheLayout();
-    void capitalIsOnePressWithShift();
-    void unknownCharactersAreSkipped();
-    void noWindowNoText();
-    void stopsWhenTheWindowCloses_data();
-    void stopsWhenTheWindowCloses();
-    void slowReceiverReadsTheSame();
-    void pressesWhatIsNotHeld_data();
-    void pressesWhatIsNotHeld();
-    void tellsTheFocusedWindowAndItsFrame();
-    void doesNothingWithoutADisplay();
+    void init() {
+        setDelays(0, 50);
+        TextWriter::Init();
+    }
+
+    void cleanup() {
+        TextWriter::Cleanup();
+        m_keyboard.lockGroup(0);
+    }
+
+    void typesWhateverTheLayout_data() {
+        QTest::addColumn<int>("group");
+        QTest::addColumn<QString>("text");
+        const QString letters = "Съешь ещё, Hello World 123!? №";
+        const QString signs = "«É»—é°µß😀ÿ";
+        QTest::newRow("letters of two layouts while the first is active") << 0 << letters;
+        QTest::newRow("letters of two layouts while the second is active") << 1 << letters;
+        QTest::newRow("signs of no layout while the first is active") << 0 << signs;
+        QTest::newRow("signs of no layout while the second is active") << 1 << signs;
+        QTest::newRow("line breaks are Shift+Return") << 1 << "a\n\nб\n";
+        QTest::newRow("thousands of letters") << 0 << QString("Привет, мир. ").repeated(400);
+    }
+
+    void typesWhateverTheLayout() {
+        QFETCH(int, group);
+        QFETCH(QString, text);
+        KeyReceiver receiver;
+        m_keyboard.lockGroup(group);
+        const QByteArray map = m_keyboard.map();
+
+        QVERIFY(TextWriter::WriteText(receiver.window(), text));
+        QTRY_COMPARE(receiver.text(), text);
+        QCOMPARE(m_keyboard.lockedGroup(), group);
+        QCOMPARE(m_keyboard.map().toHex(), map.toHex());
+    }
+
+    void capitalIsOnePressWithShift() {
+        KeyReceiver receiver;
+        QVERIFY(TextWriter::WriteText(receiver.window(), "Ж"));
+        QTRY_COMPARE(receiver.count(), 2);
+        const QVector<KeyReceiver::Edge> edges = receiver.edges();
+        for (const KeyReceiver::Edge &edge : edges) {
+            QCOMPARE(edge.keycode, m_keyboard.keycode("semicolon"));
+            QCOMPARE(edge.state, 0x2001U); // Shift, second group
+            QVERIFY(edge.isSent);
+        }
+        QVERIFY(edges.first().isPress && !edges.last().isPress);
+    }
+
+    void unknownCharactersAreSkipped() {
+        KeyReceiver receiver;
+        QTest::ignoreMessage(QtInfoMsg, "XTextWriter: Unknown char 0");
+        QTest::ignoreMessage(QtInfoMsg, "XTextWriter: Unknown char 1");
+        QTest::ignoreMessage(QtInfoMsg, "XTextWriter: Unknown char 85");
+        const QString text = QString("a%1b%2c%3d").arg(QChar(0), QChar(1), QChar(0x85));
+        QVERIFY(TextWriter::WriteText(receiver.window(), text));
+        QTRY_COMPARE(receiver.text(), "abcd");
+        QCOMPARE(receiver.count(), 8);
+    }
+
+    void noWindowNoText() {
+        QTest::ignoreMessage(QtInfoMsg, "XTextWriter: No window");
+        QVERIFY(!TextWriter::WriteText(0, "a"));
+        constexpr unsigned long NeverMade = 0x1fffffff;
+        QVERIFY(!TextWriter::WriteText(NeverMade, "a"));
+        KeyReceiver receiver;
+        QVERIFY(TextWriter::WriteText(receiver.window(), QString()));
+        QVERIFY(TextWriter::WriteText(receiver.window(), "z"));
+        QTRY_COMPARE(receiver.text(), "z");
+    }
+
+    void stopsWhenTheWindowCloses_data() {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("letters") << QString("я").repeated(5000);
+        QTest::newRow("signs through the spare keycode") << QString("É").repeated(70);
+    }
+
+    void stopsWhenTheWindowCloses() {
+        QFETCH(QString, text);
+        setDelays(1, 50);
+        TextWriter::Init();
+        KeyReceiver receiver(0, 3);
+        const QByteArray map = m_keyboard.map();
+
+        QTest::ignoreMessage(QtInfoMsg, QRegularExpression("X error \\d+ while typing$"));
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!TextWriter::WriteText(receiver.window(), text));
+        QVERIFY2(timer.elapsed() < 5000, "the whole text was typed after the window had closed");
+        QCOMPARE(m_keyboard.map().toHex(), map.toHex());
+    }
+
+    void slowReceiverReadsTheSame() {
+        setDelays(0, 200);
+        TextWriter::Init();
+        KeyReceiver receiver(150);
+        const QString text = QString("«Ой, да»\n— É").repeated(2);
+        QVERIFY(TextWriter::WriteText(receiver.window(), text));
+        QTRY_COMPARE(receiver.text(), text);
+    }
+
+    void pressesWhatIsNotHeld_data() {
+        QTest::addColumn<QString>("held");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QString>("seen");
+        const auto row = [](const char *name, const char *held, const char *key, int modifiers,
+                            const char *keys) {
+            QTest::newRow(name) << held << key << modifiers << keys;
+        };
+        row("a plain key", "", "F5", 0, "+F5 -F5");
+        row("nothing held", "", "c", 4, "+Control_L +c -c -Control_L");
+        row("left Ctrl held", "Control_L", "c", 4, "+c -c");
+        row("right Ctrl held", "Control_R", "c", 4, "+c -c");
+        row("all modifiers, one held", "Alt_R", "F9", 1 | 4 | 8 | 64,
+            "+Shift_L +Control_L +Super_L +F9 -F9 -Super_L -Control_L -Shift_L");
+        row("no such key", "", "", 1, "+Shift_L -Shift_L");
+    }
+
+    void pressesWhatIsNotHeld() {
+        QFETCH(QString, held);
+        QFETCH(QString, key);
+        QFETCH(int, modifiers);
+        QFETCH(QString, seen);
+        KeyReceiver receiver;
+        if (!held.isEmpty())
+            m_keyboard.press(held);
+        QTRY_COMPARE(receiver.count(), held.isEmpty() ? 0 : 1);
+
+        const HotKeyInfo info{static_cast<unsigned int>(m_keyboard.keycode(key)),
+                              static_cast<unsigned int>(modifiers)};
+        const bool isPressed = TextWriter::WriteKey(receiver.window(), info);
+        if (!held.isEmpty())
+            m_keyboard.release(held);
+        QVERIFY(isPressed);
+
+        const QStringList expected = seen.split(' ');
+        const int first = held.isEmpty() ? 0 : 1;
+        QTRY_COMPARE(receiver.count(), expected.size() + 2 * first);
+        const QVector<KeyReceiver::Edge> edges = receiver.edges().mid(first, expected.size());
+        for (int i = 0; i < edges.size(); ++i) {
+            QCOMPARE(edges[i].isPress, expected[i].startsWith('+'));
+            QCOMPARE(edges[i].keycode, m_keyboard.keycode(expected[i].mid(1)));
+            QVERIFY(!edges[i].isSent);
+        }
+    }
+
+    void tellsTheFocusedWindowAndItsFrame() {
+        QWidget window;
+        QVBoxLayout layout(&window);
+        QWidget inner;
+        inner.setAttribute(Qt::WA_NativeWindow);
+        layout.addWidget(&inner);
+        window.setGeometry(100, 120, 320, 200);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QCOMPARE(TextWriter::GetFocusedWindow(), static_cast<unsigned long>(window.winId()));
+        QTRY_VERIFY(window.frameGeometry() != window.geometry());
+
+        QRect rect;
+        QVERIFY(TextWriter::GetWindowRect(inner.winId(), &rect));
+        QCOMPARE(rect, window.frameGeometry());
+        QVERIFY(!TextWriter::GetWindowRect(0, &rect));
+        m_keyboard.unfocus();
+        QCOMPARE(TextWriter::GetFocusedWindow(), 0UL);
+    }
+
+    void doesNothingWithoutADisplay() {
+        const QByteArray display = qgetenv("DISPLAY");
+        qunsetenv("DISPLAY");
+        TextWriter::Init();
+        qputenv("DISPLAY", display);
+        const KeyReceiver receiver;
+        QRect rect;
+        QVERIFY(!TextWriter::WriteText(receiver.window(), "a"));
+        QVERIFY(!TextWriter::WriteKey(receiver.window(), {38, 0}));
+        QVERIFY(!TextWriter::GetWindowRect(receiver.window(), &rect));
+        QCOMPARE(TextWriter::GetFocusedWindow(), 0UL);
+    }
 
 private:
-    static void setDelays(int symbolDelay, int enterDelay);
+    static void setDelays(int symbolDelay, int enterDelay) {
+        TextWriterSettings settings;
+        settings.SymbolDelay = symbolDelay;
+        settings.EnterDelay = enterDelay;
+    }
 
     XKeyboard m_keyboard;
 };
-
-void TestTextWriter::init() {
-    setDelays(0, 50);
-    TextWriter::Init();
-}
-
-void TestTextWriter::cleanup() {
-    TextWriter::Cleanup();
-    m_keyboard.lockGroup(0);
-}
-
-void TestTextWriter::setDelays(int symbolDelay, int enterDelay) {
-    TextWriterSettings settings;
-    settings.SymbolDelay = symbolDelay;
-    settings.EnterDelay = enterDelay;
-}
-
-void TestTextWriter::typesWhateverTheLayout_data() {
-    QTest::addColumn<int>("group");
-    QTest::addColumn<QString>("text");
-    const QString letters = QStringLiteral("Съешь ещё, Hello World 123!? №");
-    const QString signs = QStringLiteral("«É»—é°µß😀ÿ");
-    QTest::newRow("letters of two layouts while the first is active") << 0 << letters;
-    QTest::newRow("letters of two layouts while the second is active") << 1 << letters;
-    QTest::newRow("signs of no layout while the first is active") << 0 << signs;
-    QTest::newRow("signs of no layout while the second is active") << 1 << signs;
-    QTest::newRow("line breaks are Shift+Return") << 1 << QStringLiteral("a\n\nб\n");
-    QTest::newRow("thousands of letters") << 0 << QStringLiteral("Привет, мир. ").repeated(400);
-}
-
-void TestTextWriter::typesWhateverTheLayout() {
-    QFETCH(int, group);
-    QFETCH(QString, text);
-    KeyReceiver receiver;
-    m_keyboard.lockGroup(group);
-    const QByteArray map = m_keyboard.map();
-
-    QVERIFY(TextWriter::WriteText(receiver.window(), text));
-    QTRY_COMPARE(receiver.text(), text);
-    QCOMPARE(m_keyboard.lockedGroup(), group);
-    QCOMPARE(m_keyboard.map().toHex(), map.toHex());
-}
-
-void TestTextWriter::capitalIsOnePressWithShift() {
-    KeyReceiver receiver;
-    QVERIFY(TextWriter::WriteText(receiver.window(), QStringLiteral("Ж")));
-    QTRY_COMPARE(receiver.count(), 2);
-    const QVector<KeyReceiver::Edge> edges = receiver.edges();
-    for (const KeyReceiver::Edge &edge : edges) {
-        QCOMPARE(edge.keycode, m_keyboard.keycode(QStringLiteral("semicolon")));
-        QCOMPARE(edge.state, 0x2001U); // Shift, second group
-        QVERIFY(edge.isSent);
-    }
-    QVERIFY(edges.first().isPress && !edges.last().isPress);
-}
-
-void TestTextWriter::unknownCharactersAreSkipped() {
-    KeyReceiver receiver;
-    QTest::ignoreMessage(QtInfoMsg, "XTextWriter: Unknown char 0");
-    QTest::ignoreMessage(QtInfoMsg, "XTextWriter: Unknown char 1");
-    QTest::ignoreMessage(QtInfoMsg, "XTextWriter: Unknown char 85");
-    const QString text = QStringLiteral("a%1b%2c%3d").arg(QChar(0), QChar(1), QChar(0x85));
-    QVERIFY(TextWriter::WriteText(receiver.window(), text));
-    QTRY_COMPARE(receiver.text(), QStringLiteral("abcd"));
-    QCOMPARE(receiver.count(), 8);
-}
-
-void TestTextWriter::noWindowNoText() {
-    QTest::ignoreMessage(QtInfoMsg, "XTextWriter: No window");
-    QVERIFY(!TextWriter::WriteText(0, QStringLiteral("a")));
-    constexpr unsigned long NeverMade = 0x1fffffff;
-    QVERIFY(!TextWriter::WriteText(NeverMade, QStringLiteral("a")));
-    KeyReceiver receiver;
-    QVERIFY(TextWriter::WriteText(receiver.window(), QString()));
-    QVERIFY(TextWriter::WriteText(receiver.window(), QStringLiteral("z")));
-    QTRY_COMPARE(receiver.text(), QStringLiteral("z"));
-}
-
-void TestTextWriter::stopsWhenTheWindowCloses_data() {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("letters") << QStringLiteral("я").repeated(5000);
-    QTest::newRow("signs through the spare keycode") << QStringLiteral("É").repeated(70);
-}
-
-void TestTextWriter::stopsWhenTheWindowCloses() {
-    QFETCH(QString, text);
-    setDelays(1, 50);
-    TextWriter::Init();
-    constexpr int ClosesAfter = 3;
-    KeyReceiver receiver(0, ClosesAfter);
-    const QByteArray map = m_keyboard.map();
-
-    QTest::ignoreMessage(QtInfoMsg,
-                         QRegularExpression(QStringLiteral("X error \\d+ while typing$")));
-    QElapsedTimer timer;
-    timer.start();
-    QVERIFY(!TextWriter::WriteText(receiver.window(), text));
-    QVERIFY2(timer.elapsed() < 5000, "the whole text was typed after the window had closed");
-    QCOMPARE(m_keyboard.map().toHex(), map.toHex());
-}
-
-void TestTextWriter::slowReceiverReadsTheSame() {
-    setDelays(0, 200);
-    TextWriter::Init();
-    KeyReceiver receiver(150);
-    const QString text = QStringLiteral("«Ой, да»\n— É").repeated(2);
-    QVERIFY(TextWriter::WriteText(receiver.window(), text));
-    QTRY_COMPARE(receiver.text(), text);
-}
-
-void TestTextWriter::pressesWhatIsNotHeld_data() {
-    QTest::addColumn<QString>("held");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<QString>("seen");
-    QTest::newRow("a plain key") << ""
-                                 << "F5" << 0 << "+F5 -F5";
-    QTest::newRow("nothing held") << ""
-                                  << "c" << 4 << "+Control_L +c -c -Control_L";
-    QTest::newRow("left Ctrl held") << "Control_L"
-                                    << "c" << 4 << "+c -c";
-    QTest::newRow("right Ctrl held") << "Control_R"
-                                     << "c" << 4 << "+c -c";
-    QTest::newRow("all modifiers, one held")
-        << "Alt_R"
-        << "F9" << (1 | 4 | 8 | 64)
-        << "+Shift_L +Control_L +Super_L +F9 -F9 -Super_L -Control_L -Shift_L";
-    QTest::newRow("no such key") << ""
-                                 << "" << 1 << "+Shift_L -Shift_L";
-}
-
-void TestTextWriter::pressesWhatIsNotHeld() {
-    QFETCH(QString, held);
-    QFETCH(QString, key);
-    QFETCH(int, modifiers);
-    QFETCH(QString, seen);
-    KeyReceiver receiver;
-    if (!held.isEmpty())
-        m_keyboard.press(held);
-    QTRY_COMPARE(receiver.count(), held.isEmpty() ? 0 : 1);
-
-    const HotKeyInfo info{static_cast<unsigned int>(m_keyboard.keycode(key)),
-                          static_cast<unsigned int>(modifiers)};
-    const bool isPressed = TextWriter::WriteKey(receiver.window(), info);
-    if (!held.isEmpty())
-        m_keyboard.release(held);
-    QVERIFY(isPressed);
-
-    const QStringList expected = seen.split(QLatin1Char(' '));
-    const int first = held.isEmpty() ? 0 : 1;
-    QTRY_COMPARE(receiver.count(), expected.size() + 2 * first);
-    const QVector<KeyReceiver::Edge> edges = receiver.edges().mid(first, expected.size());
-    for (int i = 0; i < edges.size(); ++i) {
-        QCOMPARE(edges[i].isPress, expected[i].startsWith(QLatin1Char('+')));
-        QCOMPARE(edges[i].keycode, m_keyboard.keycode(expected[i].mid(1)));
-        QVERIFY(!edges[i].isSent);
-    }
-}
-
-void TestTextWriter::tellsTheFocusedWindowAndItsFrame() {
-    QWidget window;
-    QVBoxLayout layout(&window);
-    QWidget inner;
-    inner.setAttribute(Qt::WA_NativeWindow);
-    layout.addWidget(&inner);
-    window.setGeometry(100, 120, 320, 200);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QCOMPARE(TextWriter::GetFocusedWindow(), static_cast<unsigned long>(window.winId()));
-    QTRY_VERIFY(window.frameGeometry() != window.geometry());
-
-    QRect rect;
-    QVERIFY(TextWriter::GetWindowRect(inner.winId(), &rect));
-    QCOMPARE(rect, window.frameGeometry());
-    QVERIFY(!TextWriter::GetWindowRect(0, &rect));
-    m_keyboard.unfocus();
-    QCOMPARE(TextWriter::GetFocusedWindow(), 0UL);
-}
-
-void TestTextWriter::doesNothingWithoutADisplay() {
-    const QByteArray display = qgetenv("DISPLAY");
-    qunsetenv("DISPLAY");
-    TextWriter::Init();
-    qputenv("DISPLAY", display);
-    const KeyReceiver receiver;
-    QRect rect;
-    QVERIFY(!TextWriter::WriteText(receiver.window(), QStringLiteral("a")));
-    QVERIFY(!TextWriter::WriteKey(receiver.window(), {38, 0}));
-    QVERIFY(!TextWriter::GetWindowRect(receiver.window(), &rect));
-    QCOMPARE(TextWriter::GetFocusedWindow(), 0UL);
-}
 
 DESK_TEST_MAIN(TestTextWriter, VirtualDesk::Screen)
 #include "TestTextWriter.moc"

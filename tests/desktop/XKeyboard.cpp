@@ -7,30 +7,14 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 
-void XKeyboard::Closer::operator()(_XDisplay *display) const {
-    XCloseDisplay(display);
-}
-
-XKeyboard::XKeyboard() : m_display(XOpenDisplay(nullptr)) {}
-
-XKeyboard::~XKeyboard() = default;
-
-void XKeyboard::press(const QString &key) {
-    fakeKey(key, true);
-}
-
-void XKeyboard::release(const QString &key) {
-    fakeKey(key, false);
-}
-
-void XKeyboard::fakeKey(const QString &key, bool press) {
-    XTestFakeKeyEvent(m_display.get(), static_cast<unsigned int>(keycode(key)), press, CurrentTime);
-    XSync(m_display.get(), False);
-}
+XKeyboard::XKeyboard() : m_display(XOpenDisplay(nullptr), &XCloseDisplay) {}
 
 void XKeyboard::play(const QString &edges) {
-    for (const QString &edge : edges.split(QLatin1Char(' '), Qt::SkipEmptyParts))
-        fakeKey(edge.mid(1), edge.startsWith(QLatin1Char('+')));
+    for (const QString &edge : edges.split(' ', Qt::SkipEmptyParts)) {
+        XTestFakeKeyEvent(m_display.get(), static_cast<unsigned int>(keycode(edge.mid(1))),
+                          edge.startsWith('+'), CurrentTime);
+        XSync(m_display.get(), False);
+    }
 }
 
 int XKeyboard::keycode(const QString &key) const {
@@ -75,9 +59,8 @@ QByteArray XKeyboard::map() const {
 }
 
 bool XKeyboard::grab() {
-    const int status = XGrabKeyboard(m_display.get(), DefaultRootWindow(m_display.get()), False,
-                                     GrabModeAsync, GrabModeAsync, CurrentTime);
-    return status == GrabSuccess;
+    return XGrabKeyboard(m_display.get(), DefaultRootWindow(m_display.get()), False, GrabModeAsync,
+                         GrabModeAsync, CurrentTime) == GrabSuccess;
 }
 
 void XKeyboard::ungrab() {

@@ -12,10 +12,9 @@ struct _XDisplay;
 class XKeyboard {
 public:
     XKeyboard();
-    ~XKeyboard();
 
-    void press(const QString &key);
-    void release(const QString &key);
+    void press(const QString &key) { play('+' + key); }
+    void release(const QString &key) { play('-' + key); }
     /// Plays edges such as "+Control_L +c -c -Control_L".
     void play(const QString &edges);
 
@@ -37,10 +36,5 @@ public:
     void askToClose(unsigned long window);
 
 private:
-    void fakeKey(const QString &key, bool press);
-
-    struct Closer {
-        void operator()(_XDisplay *display) const;
-    };
-    std::unique_ptr<_XDisplay, Closer> m_display;
+    std::unique_ptr<_XDisplay, int (*)(_XDisplay *)> m_display;
 };

@@ -2,22 +2,16 @@
 
 #include "DeskTest.h"
 
-#include <QFile>
-
-Editor::Editor(const QString &name) : m_file(desk().folder() + QLatin1Char('/') + name) {
-    m_process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/editor_window"),
-                    {m_file});
+Editor::Editor(const QString &name) : m_file(desk().folder() + '/' + name) {
+    m_process.start(QCoreApplication::applicationDirPath() + "/editor_window", {m_file});
     focus();
 }
 
 void Editor::focus() {
-    desk().run(QStringLiteral("xdotool"),
-               {QStringLiteral("search"), QStringLiteral("--sync"), QStringLiteral("--onlyvisible"),
-                QStringLiteral("--name"), m_file, QStringLiteral("windowactivate"),
-                QStringLiteral("--sync")});
+    desk().run("xdotool",
+               {"search", "--sync", "--onlyvisible", "--name", m_file, "windowactivate", "--sync"});
 }
 
 QString Editor::text() const {
-    QFile file(m_file);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return VirtualDesk::read(m_file);
 }

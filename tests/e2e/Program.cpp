@@ -1,23 +1,27 @@
 #include "Program.h"
 
+#include "Stand.h"
+#include "connection/messages/MessageType.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/ConnectionManagerSettings.h"
+
 #include <QCoreApplication>
+#include <QFile>
 #include <QTest>
 
 Program::Program(const QString &executable) {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // With whole stacks a leak of Qt's can be told from one of ours.
-    environment.insert(QStringLiteral("ASAN_OPTIONS"),
-                       QStringLiteral("fast_unwind_on_malloc=0:malloc_context_size=10"));
-    environment.insert(QStringLiteral("LSAN_OPTIONS"),
-                       QStringLiteral("suppressions=" LEAKS_OF_QT ":print_suppressions=0"));
+    environment.insert("ASAN_OPTIONS", "fast_unwind_on_malloc=0:malloc_context_size=10");
+    environment.insert("LSAN_OPTIONS", "suppressions=" LEAKS_OF_QT ":print_suppressions=0");
     m_process.setProcessEnvironment(environment);
     m_process.start(executable.isEmpty() ? builtExecutable() : executable, QStringList());
     m_process.waitForStarted();
 }
 
 QString Program::builtExecutable() {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/vellumar");
+    return QCoreApplication::applicationDirPath() + "/vellumar";
 }
 
 QString Program::log() {
@@ -62,4 +66,29 @@ int Program::terminate(int timeoutMs) {
 void Program::kill() {
     m_process.kill();
     waitForExit();
+}
+
+void clearSettings() {
+    QFile::remove(Settings(QString()).fileName());
+    Settings(QString()).sync();
+}
+
+void writeSettings(const Stand &stand) {
+    stand.writeSettings();
+    ConnectionManagerSettings().QuietConnectionEnabled = true;
+    ASRSettings().SelectedTheme = "therapy";
+    Settings(QString()).sync();
+}
+
+std::unique_ptr<Program> startProgram(Stand *stand) {
+    writeSettings(*stand);
+    auto program = std::make_unique<Program>();
+    return nextMode(stand, 20000).isUndefined() ? nullptr : std::move(program);
+}
+
+QJsonValue nextMode(Stand *stand, int timeoutMs) {
+    // A request that is not const would answer for what it lacks with null.
+    const QJsonObject request = stand->waitForMessage(MessageType::StartMode, timeoutMs);
+    const QJsonObject data = request["data"].toObject();
+    return data["Type"];
 }

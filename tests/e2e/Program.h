@@ -2,7 +2,12 @@
 
 #include "DeskProcess.h"
 
+#include <QJsonValue>
 #include <QString>
+
+#include <memory>
+
+class Stand;
 
 /// The built program, run as a user runs it; its log is read from its standard output. Ended with
 /// this object.
@@ -31,3 +36,16 @@ private:
     QString m_log;
     int m_position = 0;
 };
+
+/// The gesture that starts and stops dictation as long as the settings name no other.
+const QString doubleCtrl = "+Control_L -Control_L +Control_L -Control_L";
+
+/// Lets the next program start as for the first time.
+void clearSettings();
+/// Lets the next program connect to this stand by itself, with a dictionary chosen.
+void writeSettings(const Stand &stand);
+/// Starts the program so that it connects to the stand.
+/// @return once its last opening message is sent; null if it does not come
+std::unique_ptr<Program> startProgram(Stand *stand);
+/// Waits for a request of a mode: null for dictation, undefined if none comes.
+QJsonValue nextMode(Stand *stand, int timeoutMs = 10000);

@@ -97,27 +97,22 @@ private slots:
         }
     }
 
-    void entriesRaiseTheirSignals_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("signal");
-        QTest::newRow("connect") << "Подключиться к серверу" << QByteArray("signalConnectRequest");
-        QTest::newRow("settings") << "Настройки" << QByteArray("signalShowSettings");
-        QTest::newRow("replaces") << "Автозамена" << QByteArray("signalShowReplaces");
-        QTest::newRow("feedback") << "Обратная связь" << QByteArray("signalShowFeedback");
-        QTest::newRow("own words") << "Мои слова" << QByteArray("signalShowAvocado");
-        QTest::newRow("tests") << "Тесты" << QByteArray("signalSelfTest");
-        QTest::newRow("quit") << "Выход" << QByteArray("signalQuit");
-    }
-
     void entriesRaiseTheirSignals() {
-        QFETCH(QString, text);
-        QFETCH(QByteArray, signal);
         SelfTestSettings().Enabled = true;
         const SystemTray tray(nullptr);
-        QSignalSpy spy(&tray, '2' + signal + "()");
-        QVERIFY(spy.isValid());
-        entry(tray, text)->trigger();
-        QCOMPARE(spy.count(), 1);
+        const std::pair<const char *, QByteArray> entries[] = {
+            {"Подключиться к серверу", "signalConnectRequest"},
+            {"Настройки", "signalShowSettings"},
+            {"Автозамена", "signalShowReplaces"},
+            {"Обратная связь", "signalShowFeedback"},
+            {"Мои слова", "signalShowAvocado"},
+            {"Тесты", "signalSelfTest"},
+            {"Выход", "signalQuit"}};
+        for (const auto &[text, signal] : entries) {
+            QSignalSpy spy(&tray, '2' + signal + "()");
+            entry(tray, text)->trigger();
+            QVERIFY2(spy.count() == 1, text);
+        }
     }
 
     void reportsARowOfFailuresOnce() {

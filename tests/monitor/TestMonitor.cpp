@@ -150,10 +150,6 @@ private slots:
         for (int i = 0; i < 2; ++i)
             emit monitor.asr->selectedThemeChanged();
         QCOMPARE(names, (QList<QVariantList>{{""}}));
-        // From the build's properties.
-        QCOMPARE(monitor.view.DescColor(), "#39DEE2");
-        QCOMPARE(monitor.view.LogoHeight(), 32);
-        QVERIFY(!monitor.view.AlternateThemeView());
     }
 
     void placesThePartialText_data() {

@@ -18,7 +18,7 @@ protected:
         ++m_checks;
         for (const QChar character : args->text) {
             if (character.isDigit())
-                args->error = QStringLiteral("no digits");
+                args->error = "no digits";
         }
     }
 

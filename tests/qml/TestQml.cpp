@@ -15,9 +15,7 @@ class Keyboard : public QObject {
 
 public:
     /// Presses and releases a key, named as X does, in the window with the focus.
-    Q_INVOKABLE void press(const QString &key) {
-        desk().run(QStringLiteral("xdotool"), {QStringLiteral("key"), key});
-    }
+    Q_INVOKABLE void press(const QString &key) { desk().run("xdotool", {"key", key}); }
 };
 
 /// Makes ready what the controls need, for each file of tests.
@@ -44,21 +42,10 @@ public slots:
 } // namespace
 
 int main(int argc, char **argv) {
-    try {
-        currentDesk() = std::make_unique<VirtualDesk>(VirtualDesk::Screen);
-    } catch (const std::exception &failure) {
-        std::fprintf(stderr, "The virtual desk could not be raised: %s\n", failure.what());
-        return -1;
-    }
-    int failures = 0;
-    {
-        QApplication application(argc, argv);
+    return withDesk<QApplication>(argc, argv, VirtualDesk::Screen, [&] {
         Setup setup;
-        failures =
-            quick_test_main_with_setup(argc, argv, "controls", QUICK_TEST_SOURCE_DIR, &setup);
-    }
-    currentDesk().reset();
-    return failures;
+        return quick_test_main_with_setup(argc, argv, "controls", QUICK_TEST_SOURCE_DIR, &setup);
+    });
 }
 
 #include "TestQml.moc"

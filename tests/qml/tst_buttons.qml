@@ -12,8 +12,7 @@ Item {
     Keys.onPressed: ++presses
     Keys.onReleased: ++releases
 
-    width: 400
-    height: 300
+    width: 400; height: 300
 
     Action { id: action }
     Ostrel.Button { id: button; x: 10; y: 10; text: "Go"; background_color: "#111111" }
@@ -95,11 +94,6 @@ Item {
             }
         }
 
-        function test_sizes() {
-            compare([button.width, button.height, checkBox.height], [100, 30, 30])
-            compare([checkBox.indicator.width, findChild(checkBox, "box").width], [18, 15])
-        }
-
         function test_spaceChecks() {
             const box = findChild(checkBox, "box")
             const tick = findChild(checkBox, "tick")
@@ -137,15 +131,12 @@ Item {
             }
         }
 
-        function test_pointerOverLink() {
+        function test_label() {
             const area = findChild(label, "pointer")
             mouseMove(label, 3, label.height / 2)
             tryCompare(area, "cursorShape", Qt.ArrowCursor)
             mouseMove(label, label.width - 5, label.height / 2)
             tryCompare(area, "cursorShape", Qt.PointingHandCursor)
-        }
-
-        function test_focusedLabelIsFramed() {
             const box = findChild(label, "focusFrame")
             verify(!box.visible)
             label.forceActiveFocus()
@@ -153,7 +144,9 @@ Item {
             compare([box.x, box.y, box.width, box.height], [-2, 0, label.width + 4, label.height])
         }
 
-        function test_frameIsDashedAndEmpty() {
+        function test_sizesAndFrame() {
+            compare([button.width, button.height, checkBox.height], [100, 30, 30])
+            compare([checkBox.indicator.width, findChild(checkBox, "box").width], [18, 15])
             const image = grabImage(frame)
             compare(image.pixel(2, 0), "#c0c0c0")
             verify(image.pixel(6, 0) !== image.pixel(2, 0), "a gap follows the dash")

@@ -9,9 +9,7 @@ TestCase {
 
     name: "Grid"
     when: windowShown
-    width: 600
-    height: 400
-    visible: true
+    width: 600; height: 400; visible: true
 
     Component { id: listComponent; IndexedList { } }
     Component { id: plainComponent; ListModel { } }

@@ -7,9 +7,7 @@ TestCase {
 
     name: "SliderAndScrollBar"
     when: windowShown
-    width: 400
-    height: 400
-    visible: true
+    width: 400; height: 400; visible: true
 
     Component {
         id: sliderComponent
@@ -18,8 +16,7 @@ TestCase {
     Component {
         id: listComponent
         ListView {
-            width: 200
-            height: 200
+            width: 200; height: 200
             model: 100
             delegate: Text { text: index }
             ScrollBar.vertical: ScrollBar { }
@@ -97,12 +94,10 @@ TestCase {
         compare(handle.implicitWidth, 2)
         bar.policy = ScrollBar.AlwaysOff
         compare(bar.visible, false)
-    }
 
-    function test_shortContentNeedsNoBar() {
-        const list = createTemporaryObject(listComponent, test, { model: 2 })
-        waitForRendering(list)
-        list.ScrollBar.vertical.active = true
-        compare(list.ScrollBar.vertical.contentItem.opacity, 0)
+        const few = createTemporaryObject(listComponent, test, { model: 2 })
+        waitForRendering(few)
+        few.ScrollBar.vertical.active = true
+        compare(few.ScrollBar.vertical.contentItem.opacity, 0, "short content needs no bar")
     }
 }

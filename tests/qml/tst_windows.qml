@@ -11,17 +11,14 @@ TestCase {
 
     name: "Windows"
     when: windowShown
-    width: 200
-    height: 200
-    visible: true
+    width: 200; height: 200; visible: true
 
     Component {
         id: applicationWindow
         ApplicationWindow {
             readonly property T.Popup popup: T.Popup {
                 parent: T.Overlay.overlay
-                width: 100
-                height: 100
+                width: 100; height: 100
                 dim: true
                 exit: Transition { NumberAnimation { property: "opacity"; to: 0; duration: 150 } }
             }

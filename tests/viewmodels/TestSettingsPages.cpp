@@ -127,12 +127,6 @@ private slots:
         QCOMPARE(changed.count(), 1);
     }
 
-    void describesAPage() {
-        QCOMPARE(m_first->property("ClassName").toString().section("::", -1), "Page");
-        m_first->set_HeaderText("Сеть");
-        QCOMPARE(m_first->property("HeaderText").toString(), "Сеть");
-    }
-
     void offersPagesByConnection() {
         Stand stand;
         ClientHarness client(stand);
