@@ -1,4 +1,5 @@
 #include "DeskTest.h"
+#include "Files.h"
 #include "Listener.h"
 #include "audio/PlaybackDeviceManager.h"
 #include "audio/PulseAudioManager.h"
@@ -74,7 +75,7 @@ void TestPlayback::start(const QString &speaker) {
 }
 
 void TestPlayback::playsInFullAndInOrder_data() {
-    QTest::addColumn<int>("blockBytes");
+    columns<int>("blockBytes");
     QTest::newRow("one block of six seconds") << 6 * bytesPerSecond;
     QTest::newRow("blocks of 20 ms") << 882;
     QTest::newRow("half a sample at the end is dropped") << 4095;
@@ -102,7 +103,7 @@ void TestPlayback::playsInFullAndInOrder() {
 }
 
 void TestPlayback::goesOnAfterTheDevice_data() {
-    QTest::addColumn<bool>("isServerRestarted");
+    columns<bool>("isServerRestarted");
     QTest::newRow("unplugged") << false;
     QTest::newRow("PulseAudio is restarted") << true;
 }
@@ -132,8 +133,7 @@ void TestPlayback::goesOnAfterTheDevice() {
 }
 
 void TestPlayback::playsFiles_data() {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QByteArray>("heard");
+    columns<QByteArray, QByteArray>("file", "heard");
     const QByteArray sound = noise(1);
     QTest::newRow("a header is passed over") << QByteArray(44, 'h') + sound << sound;
     QTest::newRow("shorter than a header") << QByteArray(43, 'h') << QByteArray();
@@ -147,11 +147,8 @@ void TestPlayback::playsFiles() {
     Listener listener(desk(), QStringLiteral("exact"));
     const QString name = desk().folder() + QStringLiteral("/sound.wav");
     QFile::remove(name);
-    if (!file.isEmpty()) {
-        QFile wav(name);
-        QVERIFY(wav.open(QIODevice::WriteOnly));
-        wav.write(file);
-    }
+    if (!file.isEmpty())
+        QVERIFY(save(name, file));
     playback()->playSound(Listener::leadIn());
     playback()->playSoundFile(name);
     const QByteArray after = noise(2).right(bytesPerSecond);

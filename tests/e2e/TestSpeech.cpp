@@ -4,19 +4,15 @@
 #include "Stand.h"
 #include "XKeyboard.h"
 #include "connection/messages/MessageType.h"
-#include "core/settings/ASRSettings.h"
-#include "core/settings/ConnectionManagerSettings.h"
 #include "core/settings/PlaybackDeviceSettings.h"
 #include "core/settings/TTSSettings.h"
 
 #include <QFile>
 
 namespace {
-const QString doubleCtrl = QStringLiteral("+Control_L -Control_L +Control_L -Control_L");
-
 /// The samples of a signal of the program's.
 QByteArray samplesOf(const char *name) {
-    QFile file(QStringLiteral(":/Assets/%1.wav").arg(name));
+    QFile file(QString(":/Assets/%1.wav").arg(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll().mid(44) : QByteArray();
 }
 } // namespace
@@ -38,19 +34,14 @@ private:
 };
 
 void TestSpeech::initTestCase() {
-    plugExactSpeaker(desk(), QStringLiteral("exact"));
+    plugExactSpeaker(desk(), "exact");
     m_stand = std::make_unique<Stand>();
-    m_stand->writeSettings();
-    {
-        ConnectionManagerSettings().QuietConnectionEnabled = true;
-        ASRSettings().SelectedTheme = QStringLiteral("therapy");
-        PlaybackDeviceSettings().Name = QStringLiteral("exact");
-        TTSSettings().saveTtsSettings(QStringLiteral("Елена"), true, 1.5);
-    }
-    Settings(QString()).sync();
-    m_program = std::make_unique<Program>();
-    QVERIFY(m_program->waitForLog(QStringLiteral("Created audio output")));
-    QVERIFY(!m_stand->waitForMessage(MessageType::StartMode, 20000).isEmpty());
+    writeSettings(*m_stand);
+    PlaybackDeviceSettings().Name = "exact";
+    TTSSettings().saveTtsSettings("Елена", true, 1.5);
+    m_program = startProgram(m_stand.get());
+    QVERIFY(m_program);
+    QVERIFY(m_program->waitForLog("Created audio output"));
 }
 
 void TestSpeech::cleanupTestCase() {
@@ -63,7 +54,7 @@ void TestSpeech::signalsStartAndEnd() {
     const QByteArray on = samplesOf("SpeechOn").mid(4000, 4000);
     const QByteArray off = samplesOf("SpeechOff").mid(4000, 4000);
     QCOMPARE(on.size() + off.size(), 8000);
-    Listener listener(desk(), QStringLiteral("exact"));
+    Listener listener(desk(), "exact");
     XKeyboard().play(doubleCtrl);
     QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(on), 10000);
     QVERIFY(!listener.sound().contains(off));
@@ -73,7 +64,7 @@ void TestSpeech::signalsStartAndEnd() {
 }
 
 void TestSpeech::playsSpeechInOrder() {
-    Listener listener(desk(), QStringLiteral("exact"));
+    Listener listener(desk(), "exact");
     const auto send = [this](const QByteArray &frame) {
         m_stand->tell({{"do", "sendBinary"}, {"base64", QString::fromLatin1(frame.toBase64())}});
     };
@@ -94,9 +85,9 @@ void TestSpeech::speaksWithTheUsersVoice() {
     const QJsonObject parameters =
         m_stand->waitForMessage(MessageType::SetTtsParams)["data"].toObject();
     QCOMPARE(parameters["speed"].toDouble(), 1.5);
-    QCOMPARE(parameters["SelectedVoice"].toObject()["Name"].toString(), QStringLiteral("Елена"));
+    QCOMPARE(parameters["SelectedVoice"].toObject()["Name"], QJsonValue("Елена"));
     constexpr int secondBytes = 2 * 22050;
-    Listener listener(desk(), QStringLiteral("exact"));
+    Listener listener(desk(), "exact");
     m_stand->tell({{"do", "speak"}, {"text", "общее состояние удовлетворительное"}});
     QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() > secondBytes, 20000);
     m_stand->forget();

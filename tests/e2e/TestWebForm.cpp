@@ -3,8 +3,6 @@
 #include "Program.h"
 #include "Stand.h"
 #include "connection/messages/MessageType.h"
-#include "core/settings/ASRSettings.h"
-#include "core/settings/ConnectionManagerSettings.h"
 #include "core/settings/FormApiSettings.h"
 
 #include <QJsonArray>
@@ -44,7 +42,7 @@ private slots:
 private:
     QString state() { return m_browser->eval("document.getElementById('state').textContent"); }
     QString value(const char *key) {
-        return m_browser->eval(QStringLiteral("document.getElementById('%1').value").arg(key));
+        return m_browser->eval(QString("document.getElementById('%1').value").arg(key));
     }
     void sayInto(const char *key, const char *text) {
         m_stand->tell({{"do", "message"},
@@ -62,27 +60,15 @@ private:
 
 void TestWebForm::initTestCase() {
     const auto [port, restPort] = freePorts();
-    m_page.setQuery(QStringLiteral("port=%1&rest=%2").arg(port).arg(restPort));
+    m_page.setQuery(QString("port=%1&rest=%2").arg(port).arg(restPort));
     m_stand = std::make_unique<Stand>();
-    m_stand->writeSettings();
     // A loss of the last server of a list would end what the form began.
-    const QJsonObject second = m_stand->tell("open");
-    const QString secondAddress =
-        QStringLiteral("127.0.0.1;%1;%2").arg(second["port"].toInt()).arg(second["rest"].toInt());
-    m_stand->tell(
-        {{"do", "servers"},
-         {"mode", "normal"},
-         {"list", QJsonArray{QJsonObject{{"ConnectionString", m_stand->connectionString()}},
-                             QJsonObject{{"ConnectionString", secondAddress}}}}});
-    {
-        ConnectionManagerSettings().QuietConnectionEnabled = true;
-        ASRSettings().SelectedTheme = QStringLiteral("therapy");
-        FormApiSettings().Port = port;
-        FormApiSettings().RestPort = restPort;
-    }
-    Settings(QString()).sync();
-    m_program = std::make_unique<Program>();
-    QVERIFY(!m_stand->waitForMessage(MessageType::StartMode, 20000).isEmpty());
+    m_stand->offerServers(2);
+    writeSettings(*m_stand);
+    FormApiSettings().Port = port;
+    FormApiSettings().RestPort = restPort;
+    m_program = startProgram(m_stand.get());
+    QVERIFY(m_program);
     m_browser = std::make_unique<Browser>();
 }
 

@@ -94,18 +94,10 @@ private:
 void TestForms::init() {
     m_stand = std::make_unique<Stand>();
     // A loss of the last server of a list would end what the form began.
-    const QJsonObject second = m_stand->tell("open");
-    const QString secondAddress =
-        QStringLiteral("127.0.0.1;%1;%2").arg(second["port"].toInt()).arg(second["rest"].toInt());
-    m_stand->tell(
-        {{"do", "servers"},
-         {"mode", "normal"},
-         {"list", QJsonArray{QJsonObject{{"ConnectionString", m_stand->connectionString()}},
-                             QJsonObject{{"ConnectionString", secondAddress}}}}});
+    m_stand->offerServers(2);
     m_client = std::make_unique<ClientHarness>(*m_stand);
     m_client->manager()->setReconnectDelay(0);
-    m_client->start();
-    QVERIFY(m_client->waitFor(ConnectionState::Ready));
+    QVERIFY(m_client->open());
     QVERIFY(!waitForMessage(MessageType::StartMode).isEmpty());
     QTRY_VERIFY(server().port() != 0);
 }
@@ -126,9 +118,7 @@ QList<int> TestForms::formMessages() {
 }
 
 void TestForms::passesOnToTheServer_data() {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<int>("type");
+    columns<int, QByteArray, int>("code", "data", "type");
     QTest::newRow("anything") << 3 << QByteArray(R"({"a":[1,null,"я"]})") << 103;
     QTest::newRow("focus outside a form mode") << 5 << QByteArray(R"("name")") << 105;
     QTest::newRow("last number") << 18 << QByteArray("null") << 118;
@@ -155,9 +145,7 @@ void TestForms::passesOnToTheServer() {
 }
 
 void TestForms::passesOnToTheForm_data() {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<QString>("received");
+    columns<int, QByteArray, QString>("type", "data", "received");
     QTest::newRow("a value of a text field is formatted")
         << 201 << QByteArray(R"({"Key":"a","Type":0,"Value":"кашель , боль"})")
         << R"(1:{"Key":"a","Type":0,"Value":"Кашель, боль"})";
@@ -220,8 +208,7 @@ void TestForms::describesTheFormToTheNextServer() {
 }
 
 void TestForms::returnsToTheIdleMode_data() {
-    QTest::addColumn<bool>("listens");
-    QTest::addColumn<int>("mode");
+    columns<bool, int>("listens", "mode");
     QTest::newRow("to nothing") << false << 0;
     QTest::newRow("to voice activation") << true << 1;
 }

@@ -139,10 +139,7 @@ QByteArray TestRestProxy::ask(const QList<QByteArray> &pieces, int timeoutMs) {
 }
 
 void TestRestProxy::handsOnRequests_data() {
-    QTest::addColumn<QByteArray>("request");
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QByteArray>("header");
-    QTest::addColumn<QByteArray>("body");
+    columns<QByteArray, QByteArray, QByteArray, QByteArray>("request", "line", "header", "body");
     const QByteArray json = "{\"a\": \"я\"}\n";
     QTest::newRow("a GET") << QByteArray("GET /api/Theme?x=1 HTTP/1.1\r\nHost: localhost:1\r\n\r\n")
                            << QByteArray("GET /api/Theme?x=1 HTTP/1.1")
@@ -177,8 +174,7 @@ void TestRestProxy::handsOnRequests() {
 }
 
 void TestRestProxy::handsOnAnswers_data() {
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<QByteArray>("body");
+    columns<QByteArray, QByteArray>("answer", "body");
     QTest::newRow("white space around the body")
         << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 6\r\nX-A: 1\r\n\r\n\n{1} \n")
         << QByteArray("{1}");
@@ -204,8 +200,7 @@ void TestRestProxy::handsOnAnswers() {
 }
 
 void TestRestProxy::takesRequestsInPieces_data() {
-    QTest::addColumn<QList<QByteArray>>("pieces");
-    QTest::addColumn<QByteArray>("body");
+    columns<QList<QByteArray>, QByteArray>("pieces", "body");
     QTest::newRow("body behind the headers")
         << QList<QByteArray>{"POST /a HTTP/1.1\r\nContent-Length: 4\r\n\r\n", "{", "1}\n"}
         << QByteArray("{1}\n");
@@ -232,7 +227,7 @@ void TestRestProxy::takesRequestsInPieces() {
 }
 
 void TestRestProxy::refusesWhatIsNoRequest_data() {
-    QTest::addColumn<QByteArray>("request");
+    columns<QByteArray>("request");
     QTest::newRow("no blank") << QByteArray("GARBAGE\n");
     QTest::newRow("no line feed") << QByteArray("GARBAGE");
     QTest::newRow("an empty line") << QByteArray("\r\n\r\n");
