@@ -65,7 +65,7 @@ void PlaybackDeviceManager::internal_set_Volume(int vol) {
 
 void PlaybackDeviceManager::read_Volume() {
     if (Device())
-        UpdateVolume(static_cast<int>(Device()->volume() * 100.0 + 0.5));
+        UpdateVolume(qRound(Device()->volume() * 100.0));
 }
 
 void PlaybackDeviceManager::UpdateVolume(int volume) {
