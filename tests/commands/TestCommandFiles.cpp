@@ -260,6 +260,14 @@ void TestCommandFiles::keepsIdsOfServersInTheFolder() {
     QCOMPARE(QDir(folder()).entryList(QDir::Files).size(), 1);
     m_manager->LoadAll();
     QCOMPARE(describe(m_manager->get_ThemeCommands(id)), QStringList{"а=1"});
+
+    // Another id that the first one's file name could be taken for.
+    theme.setId(QString(id).replace('/', "%2f"));
+    if (theme.id() != id) {
+        m_manager->Save(theme, {text("б", "2")});
+        m_manager->LoadAll();
+        QCOMPARE(describe(m_manager->get_ThemeCommands(id)), QStringList{"а=1"});
+    }
 }
 
 void TestCommandFiles::keepsTheOldFile_data() {

@@ -50,6 +50,11 @@ private:
         case QXmlStreamReader::EndElement:
             endElement();
             break;
+        case QXmlStreamReader::DTD:
+            // No document of this format has any, but bombs do.
+            if (!m_reader.entityDeclarations().isEmpty())
+                throw unreadable();
+            break;
         case QXmlStreamReader::Characters:
             if (m_depthInParagraph > 0 || !m_reader.isWhitespace())
                 append(m_document.createTextNode(m_reader.text().toString()));
