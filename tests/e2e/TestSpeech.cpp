@@ -76,8 +76,8 @@ void TestSpeech::playsSpeechInOrder() {
         sent += frame;
         send(frame);
     }
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= sent.size(), 20000);
-    QCOMPARE(listener.sound().left(sent.size()), sent);
+    // The last signal may still be sounding before it.
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(sent), 20000);
 }
 
 void TestSpeech::speaksWithTheUsersVoice() {
