@@ -31,6 +31,16 @@ WebSocketConnection::WebSocketConnection(QObject *parent, QWebSocket *socket)
     connect(m_socket, &QWebSocket::connected, this, &WebSocketConnection::connected);
     connect(m_socket, &QWebSocket::disconnected, this, &WebSocketConnection::keepErrorString);
     connect(m_socket, &QWebSocket::disconnected, this, &WebSocketConnection::disconnected);
+    connect(m_socket, &QWebSocket::bytesWritten, this, &WebSocketConnection::countUnsentBytes);
+    connect(m_socket, &QWebSocket::disconnected, this, &WebSocketConnection::countUnsentBytes);
+
+    // These count on the sender's thread, before the text is queued.
+    connect(
+        this, &WebSocketConnection::sendText, this,
+        [this](const QString &text) { m_queuedBytes += text.size(); }, Qt::DirectConnection);
+    connect(
+        this, &WebSocketConnection::sendBytes, this,
+        [this](const QByteArray &bytes) { m_queuedBytes += bytes.size(); }, Qt::DirectConnection);
     connect(this, &WebSocketConnection::sendText, this, &WebSocketConnection::onSendText);
     connect(this, &WebSocketConnection::sendBytes, this, &WebSocketConnection::onSendBytes);
     connect(this, &WebSocketConnection::close, this, &WebSocketConnection::onClose);
@@ -58,10 +68,18 @@ void WebSocketConnection::sendDataBytes(const QByteArray &bytes) {
 
 void WebSocketConnection::onSendText(const QString &text) {
     m_socket->sendTextMessage(text);
+    m_queuedBytes -= text.size();
+    countUnsentBytes();
 }
 
 void WebSocketConnection::onSendBytes(const QByteArray &bytes) {
     m_socket->sendBinaryMessage(bytes);
+    m_queuedBytes -= bytes.size();
+    countUnsentBytes();
+}
+
+void WebSocketConnection::countUnsentBytes() {
+    m_unsentBytes = m_socket->bytesToWrite();
 }
 
 void WebSocketConnection::onClose() {

@@ -4,6 +4,8 @@
 #include <QMutex>
 #include <QObject>
 
+#include <atomic>
+
 class JsonConvertable;
 class QWebSocket;
 
@@ -25,6 +27,10 @@ public:
     /// Why the socket last ended. Callable from any thread.
     QString errorString() const;
 
+    /// Bytes that are to be sent and have not left yet, about: a peer that reads slowly lets them
+    /// grow. Callable from any thread.
+    qint64 backlogBytes() const { return m_queuedBytes + m_unsentBytes; }
+
     /// Sends the envelope of a message: its type and its data.
     virtual void sendJson(int type, const QJsonValue &data);
 
@@ -45,12 +51,16 @@ signals:
 private slots:
     void onSendText(const QString &text);
     void onSendBytes(const QByteArray &bytes);
+    void countUnsentBytes();
 
 protected:
     void keepErrorString();
 
 private:
     QWebSocket *m_socket;
+    /// On their way to the socket's thread, and in the socket.
+    std::atomic<qint64> m_queuedBytes{0};
+    std::atomic<qint64> m_unsentBytes{0};
     QString m_errorString;
     mutable QMutex m_errorMutex;
 };

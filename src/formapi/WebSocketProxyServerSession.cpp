@@ -39,8 +39,10 @@ enum ServerCode {
     RecognizedText = 9,
 };
 
-/// A form that reads no more is not to fill the memory.
-constexpr qint64 maximumBacklogBytes = 16LL * 1024 * 1024;
+/// Neither a form that reads no more nor one that says more than the server takes is to fill the
+/// memory.
+constexpr qint64 maximumFormBacklogBytes = 16LL * 1024 * 1024;
+constexpr qint64 maximumServerBacklogBytes = 64LL * 1024 * 1024;
 
 struct Envelope {
     int type = 0;
@@ -98,6 +100,11 @@ void WebSocketProxyServerSession::onDisconnected() {
 }
 
 void WebSocketProxyServerSession::textMessageReceived(const QString &message) {
+    if (m_client->backlogBytes() > maximumServerBacklogBytes) {
+        qWarning() << "The form says more than the server takes and is disconnected";
+        socket()->abort();
+        return;
+    }
     const Envelope envelope = parse(message);
     const int serverType = MessageTypeMapper::toAsr(envelope.type);
     const QJsonValue data = updateTarget(envelope.type, envelope.data);
@@ -203,7 +210,7 @@ void WebSocketProxyServerSession::processValuedElement(QJsonObject &object) {
 }
 
 void WebSocketProxyServerSession::limitBacklog() {
-    if (socket()->bytesToWrite() <= maximumBacklogBytes)
+    if (backlogBytes() <= maximumFormBacklogBytes)
         return;
     qWarning() << "The form does not read what it is sent and is disconnected";
     socket()->abort();
