@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <utility>
+
 namespace {
 constexpr int reopenDelayMs = 1000;
 
@@ -32,9 +34,11 @@ AudioDeviceManagerBase::AudioDeviceManagerBase(AudioListManager *listManager, QO
     : QObject(parent), m_listManager(listManager) {
     m_reopenTimer.setSingleShot(true);
     m_reopenTimer.setInterval(reopenDelayMs);
-    connect(&m_reopenTimer, &QTimer::timeout, this, [this] { StartDevice(); });
+    connect(&m_reopenTimer, &QTimer::timeout, this, &AudioDeviceManagerBase::TryToReopen);
     connect(listManager, &AudioListManager::DeviceListChanged, this,
             &AudioDeviceManagerBase::audiolistmanager_DeiceListChanged, Qt::QueuedConnection);
+    connect(listManager, &AudioListManager::Refreshed, this,
+            &AudioDeviceManagerBase::OnListRefreshed, Qt::QueuedConnection);
 }
 
 void AudioDeviceManagerBase::set_IsTrackChanges(bool isTrackChanges) {
@@ -68,16 +72,22 @@ void AudioDeviceManagerBase::set_SelectedIndex(int index) {
     emit SelectedIndexChanged();
 }
 
-void AudioDeviceManagerBase::RetryNow() {
-    if (!m_reopenTimer.isActive())
-        return;
-    CancelReopen();
-    StartDevice();
+void AudioDeviceManagerBase::OnListRefreshed() {
+    const bool wasStale = std::exchange(m_isListStale, false);
+    if (wasStale && m_reopenTimer.isActive())
+        StartDevice();
+}
+
+void AudioDeviceManagerBase::TryToReopen() {
+    if (m_isListStale)
+        ReopenLater();
+    else
+        StartDevice();
 }
 
 void AudioDeviceManagerBase::Reopen() {
     if (m_sinceStart.hasExpired(reopenDelayMs))
-        StartDevice();
+        TryToReopen();
     else
         ReopenLater();
 }

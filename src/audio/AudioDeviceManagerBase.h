@@ -42,8 +42,9 @@ public:
     /// Selects the first device of this name, or the first of all if there is none. Before the
     /// first list the name is only kept for it.
     void SelectDevice(const QString &name);
-    /// Opens the device at once if it waits for its next attempt.
-    void RetryNow();
+    /// The sound server is gone. Until the list is looked at anew nobody knows which devices there
+    /// are, and nothing is opened.
+    void OnServerLost() { m_isListStale = true; }
 
 public slots:
     void audiolistmanager_DeiceListChanged();
@@ -76,6 +77,10 @@ protected:
     void MarkStart() { m_sinceStart.start(); }
 
 private:
+    void OnListRefreshed();
+    /// Opens the device, or waits on until it is known to exist: Qt waits for ever for one that
+    /// does not.
+    void TryToReopen();
     void TakeOverList(const QList<ExtAudioDeviceInfo> &newList);
     void TakeOverFirstList(const QList<ExtAudioDeviceInfo> &newList);
     int IndexOfName(const QString &name) const;
@@ -88,6 +93,7 @@ private:
     int m_selectedIndex = -1;
     bool m_isTrackChanges = false;
     bool m_isListKnown = false;
+    bool m_isListStale = false;
     QString m_wantedName;
     QTimer m_reopenTimer{this};
     QElapsedTimer m_sinceStart;

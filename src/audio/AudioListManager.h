@@ -25,6 +25,8 @@ public:
 
 signals:
     void DeviceListChanged();
+    /// The list tells what is plugged now, changed or not. Comes behind DeviceListChanged.
+    void Refreshed();
 
 protected:
     /// The device with its description, or a null one to leave it out of the list.

@@ -1,6 +1,7 @@
 #include "audio/PlaybackDeviceManager.h"
 
 #include "audio/LevelCalc.h"
+#include "core/Exception.h"
 #include "core/settings/PlaybackDeviceSettings.h"
 
 #include <QFile>
@@ -100,6 +101,11 @@ void PlaybackDeviceManager::OnDeviceStart() {
     set_Volume(PlaybackDeviceSettings().Volume);
     m_outputStream = Device()->start();
     m_currentLevel = 0;
+    if (!m_outputStream) {
+        throw Exception(QStringLiteral("Device error: %1 on %2")
+                            .arg(Device()->error())
+                            .arg(Device()->objectName()));
+    }
 }
 
 void PlaybackDeviceManager::OnDeviceStop() {
@@ -115,6 +121,12 @@ void PlaybackDeviceManager::OnDeviceStateChanged(QAudio::State state) {
         UpdateLevel(0);
     if (state == QAudio::IdleState)
         WriteDataToStream();
+    // The list of devices may be the same after the sound server was lost.
+    if (output && output == Device() && state == QAudio::StoppedState &&
+        output->error() != QAudio::NoError) {
+        CloseDevice();
+        Reopen();
+    }
 }
 
 void PlaybackDeviceManager::UpdateLevel(int level) {

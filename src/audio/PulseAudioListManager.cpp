@@ -30,7 +30,7 @@ void PulseAudioListManager::asyncUpdateDeviceList(uint32_t /*index*/) {
 
 void PulseAudioListManager::RunPendingUpdates() {
     for (;;) {
-        UpdateDeviceList();
+        Refresh();
         int handled = 1;
         if (m_pendingUpdates.compare_exchange_strong(handled, 0))
             break;
@@ -40,8 +40,14 @@ void PulseAudioListManager::RunPendingUpdates() {
     LookAgainLater();
 }
 
-void PulseAudioListManager::LookAgain() {
+void PulseAudioListManager::Refresh() {
     UpdateDeviceList();
+    if (m_isComplete)
+        emit Refreshed();
+}
+
+void PulseAudioListManager::LookAgain() {
+    Refresh();
     LookAgainLater();
 }
 
@@ -54,10 +60,12 @@ void PulseAudioListManager::LookAgainLater() {
 
 QList<QAudioDeviceInfo> PulseAudioListManager::AvailableDevices() {
     m_qtIsBehind = false;
+    m_isComplete = false;
     if (!m_manager->IsQtConnected())
         return {};
     QList<QAudioDeviceInfo> devices = QAudioDeviceInfo::availableDevices(Mode());
     std::optional<QSet<QString>> plugged = m_manager->GetDeviceNames(Mode());
+    m_isComplete = plugged.has_value();
     if (!plugged)
         return devices;
     // Qt keeps devices of an earlier run of PulseAudio for ever, and may name one twice after it.

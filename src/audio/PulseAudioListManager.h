@@ -29,12 +29,15 @@ protected:
 
 private:
     void RunPendingUpdates();
+    void Refresh();
     void LookAgain();
     void LookAgainLater();
 
     PulseAudioManager *m_manager;
     const bool m_useMonitors;
     std::atomic<int> m_pendingUpdates{0};
+    /// The server was asked at the last look, and answered.
+    bool m_isComplete = false;
     bool m_qtIsBehind = false;
     int m_looksLeft = 0;
     QTimer m_lookAgainTimer{this};

@@ -210,8 +210,6 @@ void PulseAudioManager::OnConnected() {
     if (!m_recordingDevice || !m_playbackDevice || !IsConnected())
         return;
     m_qtConnection.Connect([this] { return IsConnected(); });
-    m_recordingDevice->RetryNow();
-    m_playbackDevice->RetryNow();
     // Devices may have come and gone while nobody listened. Before Start() the wanted devices are
     // not known, so there are no lists then.
     if (!m_thread.isRunning())
@@ -228,6 +226,11 @@ bool PulseAudioManager::IsConnected() {
 }
 
 void PulseAudioManager::onContextFailed() {
+    // These live on the main thread.
+    for (AudioDeviceManagerBase *device :
+         {static_cast<AudioDeviceManagerBase *>(m_recordingDevice.get()),
+          static_cast<AudioDeviceManagerBase *>(m_playbackDevice.get())})
+        QMetaObject::invokeMethod(device, &AudioDeviceManagerBase::OnServerLost);
     Cleanup();
     m_reconnectTimer.start();
 }

@@ -260,13 +260,10 @@ void TestRecording::survivesARestartOfPulseAudio() {
 
     desk().stopSound();
     if (isLong) {
-        // Longer than Qt itself tries to reconnect. The failures are a second apart, so that the
-        // main thread is free.
-        QSignalSpy attempts(recording(), &RecordingDeviceManager::DeviceStopped);
+        // Longer than Qt itself tries to reconnect.
         QElapsedTimer down;
         down.start();
-        QTRY_VERIFY_WITH_TIMEOUT(attempts.size() >= 6, soundTimeoutMs);
-        QVERIFY2(down.elapsed() > 3500, qPrintable(QString::number(down.elapsed())));
+        QTRY_VERIFY_WITH_TIMEOUT(down.elapsed() > 5000, soundTimeoutMs);
     }
     desk().startSound();
     QVERIFY(hears());
@@ -297,8 +294,6 @@ void TestRecording::endsWhilePulseAudioIsAway() {
     start();
     QSignalSpy attempts(recording(), &RecordingDeviceManager::DeviceStopped);
     desk().stopSound();
-    QVERIFY(attempts.wait());
-    // The wait ends within the second failure, so its device is not deleted when the end comes.
     QVERIFY(attempts.wait());
     m_manager.reset();
     desk().startSound();

@@ -14,6 +14,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <csignal>
 #include <stdexcept>
 
 namespace {
@@ -107,6 +108,14 @@ QJsonObject Stand::tell(QJsonObject command) {
 void Stand::sayResult(const QString &text, bool isFinal, const QString &commandId) {
     tell(QJsonObject{
         {"do", "result"}, {"text", text}, {"final", isFinal}, {"commandId", commandId}});
+}
+
+void Stand::suspend() const {
+    ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP);
+}
+
+void Stand::resume() const {
+    ::kill(static_cast<pid_t>(m_process.processId()), SIGCONT);
 }
 
 int Stand::count(const QString &event) const {

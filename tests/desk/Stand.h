@@ -40,6 +40,10 @@ public:
     /// Sends a result to the client.
     void sayResult(const QString &text, bool isFinal = true, const QString &commandId = {});
 
+    /// Lets the stand do nothing at all, not even read, until it is resumed.
+    void suspend() const;
+    void resume() const;
+
     /// All events so far, the oldest first.
     const QList<QJsonObject> &events() const { return m_events; }
     int count(const QString &event) const;

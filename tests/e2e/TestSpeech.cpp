@@ -9,11 +9,22 @@
 
 #include <QFile>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace {
 /// The samples of a signal of the program's.
 QByteArray samplesOf(const char *name) {
     QFile file(QString(":/Assets/%1.wav").arg(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll().mid(44) : QByteArray();
+}
+
+/// How much of a sound is speech of this one byte, resampled perhaps.
+int bytesNear(char speech, const QByteArray &sound) {
+    const auto *samples = reinterpret_cast<const qint16 *>(sound.constData());
+    return 2 * std::count_if(samples, samples + sound.size() / 2, [speech](qint16 sample) {
+               return std::abs(sample - 257 * speech) < 300;
+           });
 }
 } // namespace
 
@@ -27,14 +38,22 @@ private slots:
     void signalsStartAndEnd();
     void playsSpeechInOrder();
     void speaksWithTheUsersVoice();
+    void goesOnElsewhere_data();
+    void goesOnElsewhere();
 
 private:
+    void sendSpeech(const QByteArray &frame) {
+        m_stand->tell({{"do", "sendBinary"}, {"base64", QString::fromLatin1(frame.toBase64())}});
+    }
+
+    QString m_speaker = "exact";
+    QString m_module;
     std::unique_ptr<Stand> m_stand;
     std::unique_ptr<Program> m_program;
 };
 
 void TestSpeech::initTestCase() {
-    plugExactSpeaker(desk(), "exact");
+    m_module = plugExactSpeaker(desk(), m_speaker);
     m_stand = std::make_unique<Stand>();
     writeSettings(*m_stand);
     PlaybackDeviceSettings().Name = "exact";
@@ -65,16 +84,13 @@ void TestSpeech::signalsStartAndEnd() {
 
 void TestSpeech::playsSpeechInOrder() {
     Listener listener(desk(), "exact");
-    const auto send = [this](const QByteArray &frame) {
-        m_stand->tell({{"do", "sendBinary"}, {"base64", QString::fromLatin1(frame.toBase64())}});
-    };
-    send(Listener::leadIn());
+    sendSpeech(Listener::leadIn());
     QByteArray sent;
     for (int i = 0; i < 20; ++i) {
         // Each frame by a number of its own.
         const QByteArray frame = QByteArray(1, char('a' + i)).repeated(2 * (3000 + 100 * i));
         sent += frame;
-        send(frame);
+        sendSpeech(frame);
     }
     // The last signal may still be sounding before it.
     QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(sent), 20000);
@@ -94,6 +110,43 @@ void TestSpeech::speaksWithTheUsersVoice() {
     m_stand->tell("drop");
     QVERIFY2(!m_stand->waitForMessage(MessageType::SetTtsParams, 60000).isEmpty(),
              "the next connection hears of them, too");
+}
+
+void TestSpeech::goesOnElsewhere_data() {
+    columns<QString>("lost");
+    QTest::newRow("the speaker is unplugged") << "speaker";
+    QTest::newRow("there is no device for a while") << "devices";
+    QTest::newRow("PulseAudio is restarted") << "server";
+}
+
+void TestSpeech::goesOnElsewhere() {
+    QFETCH(QString, lost);
+    constexpr int secondBytes = 2 * 22050;
+    {
+        Listener first(desk(), m_speaker);
+        sendSpeech(QByteArray(6 * secondBytes, 's'));
+        QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() > secondBytes, 10000);
+    }
+    if (lost == "speaker") {
+        desk().unloadModule(m_module);
+    } else {
+        desk().stopSound();
+        if (lost == "server")
+            desk().startSound();
+    }
+    m_speaker = "speaker";
+    if (lost == "devices") {
+        sendSpeech(QByteArray(secondBytes, 'n'));
+        m_stand->sayResult("слово");
+        QVERIFY2(m_program->isRunning(), "speech that nobody hears harms nothing");
+        desk().startSound();
+    }
+    QVERIFY(m_program->waitForLog("Created audio output"));
+    // What the lost device had taken is lost with it, the rest is played.
+    Listener second(desk(), m_speaker);
+    QTRY_VERIFY_WITH_TIMEOUT(bytesNear('s', second.sound()) > 3 * secondBytes, 15000);
+    sendSpeech(QByteArray(secondBytes, 'z'));
+    QTRY_VERIFY_WITH_TIMEOUT(bytesNear('z', second.sound()) > 0.9 * secondBytes, 10000);
 }
 
 DESK_TEST_MAIN(TestSpeech, VirtualDesk::Screen | VirtualDesk::Sound)

@@ -8,6 +8,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QNetworkInterface>
 #include <QNetworkRequest>
 #include <QSignalSpy>
 #include <QTcpServer>
@@ -79,6 +80,7 @@ private slots:
     void returnsToTheIdleMode();
     void lastFormWins();
     void survivesBadClients();
+    void endsAFormThatFloodsTheServer();
     void listensAnew();
 
 private:
@@ -289,8 +291,31 @@ void TestForms::survivesBadClients() {
     QVERIFY(m_client->asr()->isConnected());
 }
 
+void TestForms::endsAFormThatFloodsTheServer() {
+    Form form(server());
+    QVERIFY(!waitForMessage(115).isEmpty());
+    m_stand->suspend();
+    const QString much(2 << 20, 'x');
+    for (int i = 0; i < 100 && form.isOpen(); ++i) {
+        form.send(3, much);
+        QTRY_VERIFY(form.socket().bytesToWrite() == 0 || !form.isOpen());
+    }
+    QVERIFY(!form.isOpen());
+    m_stand->resume();
+    QVERIFY(!waitForMessage(116).isEmpty());
+    Form next(server());
+    next.send(2, "welcome");
+    QCOMPARE(waitForMessage(102)["data"], QJsonValue("welcome"));
+}
+
 void TestForms::listensAnew() {
     Form form(server());
+    for (const QHostAddress &address : QNetworkInterface::allAddresses()) {
+        QTcpSocket fromOutside;
+        fromOutside.connectToHost(address, server().port());
+        if (!address.isLoopback())
+            QVERIFY2(!fromOutside.waitForConnected(1000), qPrintable(address.toString()));
+    }
     const quint16 port = server().port();
     QTcpServer taken;
     QVERIFY(taken.listen(QHostAddress::LocalHost));
