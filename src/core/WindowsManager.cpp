@@ -4,6 +4,7 @@
 #include "audio/PulseAudioManager.h"
 #include "audio/RecordingDeviceManager.h"
 #include "commands/AutoReplaceManager.h"
+#include "commands/LaunchManager.h"
 #include "commands/UserCommandsManager.h"
 #include "connection/ConnectionHeartbeat.h"
 #include "connection/ConnectionManager.h"
@@ -17,6 +18,7 @@
 #include "core/QuitSignals.h"
 #include "core/RunGuard.h"
 #include "core/settings/ASRSettings.h"
+#include "core/settings/FormApiSettings.h"
 #include "core/settings/HotkeySettings.h"
 #include "core/workers/SubService.h"
 #include "desktop/HotKeyManager.h"
@@ -25,11 +27,20 @@
 #include "desktop/SystemTray.h"
 #include "desktop/TextWriter.h"
 #include "formapi/RestProxyServer.h"
+#include "formapi/WebSocketProxyServer.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
 #include "tts/TtsManager.h"
 #include "viewmodels/MonitorViewModel.h"
 #include "viewmodels/QmlTypes.h"
+#include "viewmodels/SettingsContainerViewModel.h"
+#include "viewmodels/commands/CommandsViewModel.h"
+#include "viewmodels/settings/AboutSettingsViewModel.h"
+#include "viewmodels/settings/AudioDeviceSettingsViewModel.h"
+#include "viewmodels/settings/LaunchSettingsViewModel.h"
+#include "viewmodels/settings/NetworkSettingsViewModel.h"
+#include "viewmodels/settings/RecognitionSettingsViewModel.h"
+#include "viewmodels/settings/SynthesisSettingsViewModel.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -130,21 +141,41 @@ int WindowsManager::runApplication(int argc, char **argv) {
             &WindowsManager::OnCommandError);
     connectHotKeys();
     createTray(&engine);
-    createWebSocketWorker(&autoReplace, &userCommands);
+    NetworkSettingsViewModel network;
+    RecognitionSettingsViewModel recognition;
+    createWebSocketWorker(&autoReplace, &recognition, &userCommands);
     connect(m_recordingDevice, &RecordingDeviceManager::SelectedIndexChanged, this,
             &WindowsManager::onSelectedMicrophoneChanged);
     pulseAudio.Start();
-    createConnectionManager(&engine, m_recordingDevice);
+    createConnectionManager(&engine, &network, m_recordingDevice);
     createHeartbeat();
+    AudioDeviceSettingsViewModel audio(m_recordingDevice, m_playbackDevice);
+    AboutSettingsViewModel about;
+    LaunchSettingsViewModel launch;
+    SynthesisSettingsViewModel synthesis;
+    connectLaunchSettings(&launch);
+    SettingsContainerViewModel settings(
+        {&audio, &launch, &recognition, &synthesis, &network, &about}, m_connectionManager);
+    CommandsViewModel commands;
+    engine.rootContext()->setContextProperty(QStringLiteral("settingsViewModel"), &settings);
+    engine.rootContext()->setContextProperty(QStringLiteral("recognitionSettingsViewModel"),
+                                             &recognition);
+    engine.rootContext()->setContextProperty(QStringLiteral("commandsViewModel"), &commands);
     createRestProxy(&engine);
     loadCommands(&autoReplace, &userCommands);
+    commands.set_UserCommandsManager(&userCommands);
+    commands.set_CommandTypes(userCommands.get_CommandTypes());
     MonitorViewModel monitor(m_webSocketWorker->asrManager(), m_webSocketWorker->resultManager(),
                              m_recordingDevice, m_connectionManager);
     engine.rootContext()->setContextProperty(QStringLiteral("asrManager"),
                                              m_webSocketWorker->asrManager());
     engine.rootContext()->setContextProperty(QStringLiteral("monitorViewModel"), &monitor);
     connectRecognition();
-    createTtsManager(m_playbackDevice);
+    connect(&network, &NetworkSettingsViewModel::ApplyNetworkSettings, this,
+            &WindowsManager::applyNetworkSettings);
+    connect(&commands, &CommandsViewModel::commandsChanged, m_webSocketWorker->asrManager(),
+            &AsrManager::stopRecognition);
+    createTtsManager(m_playbackDevice, &synthesis);
     engine.rootContext()->setContextProperty(QStringLiteral("windowsManager"), this);
     followPrimaryScreen();
     return runInterface(&engine);
@@ -220,14 +251,49 @@ void WindowsManager::loadCommands(AutoReplaceManager *autoReplace,
 }
 
 void WindowsManager::createWebSocketWorker(AutoReplaceManager *autoReplace,
+                                           RecognitionSettingsViewModel *recognition,
                                            UserCommandsManager *userCommands) {
     m_webSocketWorker = new WebSocketWorker(autoReplace, userCommands);
     m_subServices.push_back(std::make_unique<SubService>(m_webSocketWorker, true));
     connect(m_webSocketWorker->wsClient()->messageProcessor(), &DataMessageProcessor::userNotified,
             this, &WindowsManager::processUserNotification);
+    AsrManager *asrManager = m_webSocketWorker->asrManager();
+    connect(recognition, &RecognitionSettingsViewModel::recognitionSettingsChanged, asrManager,
+            &AsrManager::applyRecognitionSettings);
+    connect(recognition, &RecognitionSettingsViewModel::recognitionSettingsChanged, autoReplace,
+            &AutoReplaceManager::OnRecognitionSettingsChanged);
+    connect(recognition, &RecognitionSettingsViewModel::selectedThemeChanged, asrManager,
+            &AsrManager::selectedTheme);
+    connect(recognition, &RecognitionSettingsViewModel::canEditAvocadoChanged, m_tray.get(),
+            &SystemTray::onRecognitionParametersChanged);
+    recognition->get_ThemeChooseViewModel()->set_AsrManager(asrManager);
+}
+
+void WindowsManager::connectLaunchSettings(LaunchSettingsViewModel *launch) {
+    connect(m_connectionManager, &ConnectionManager::vacStateChanged, launch,
+            &LaunchSettingsViewModel::VACSettingsVisibleChanged, Qt::DirectConnection);
+    connect(launch, &LaunchSettingsViewModel::vacSettingsVisibleChanged, this,
+            &WindowsManager::onVACSettingsVisibleChanged);
+    connect(launch, &LaunchSettingsViewModel::activationChanged, m_webSocketWorker->asrManager(),
+            &AsrManager::stopRecognition);
+    connect(launch, &LaunchSettingsViewModel::activationChanged, m_webSocketWorker->launchManager(),
+            &LaunchManager::updateSettings);
+    connect(launch, &LaunchSettingsViewModel::hotKeysChanged, m_hotKeyManager,
+            &HotKeyManager::onSettingsChanged);
+}
+
+void WindowsManager::applyNetworkSettings(bool bASR_changed, bool bFormAPI_changed) {
+    if (bASR_changed)
+        emit needReconnect();
+    if (bFormAPI_changed) {
+        WebSocketServer *server = m_webSocketWorker->webSocketServer();
+        emit server->stop();
+        emit server->start(FormApiSettings().Port);
+    }
 }
 
 void WindowsManager::createConnectionManager(QQmlApplicationEngine *engine,
+                                             NetworkSettingsViewModel *network,
                                              RecordingDeviceManager *recordingDevice) {
     m_connectionManager = new ConnectionManager(m_webSocketWorker->wsClient(),
                                                 m_webSocketWorker->asrManager(), recordingDevice);
@@ -237,6 +303,8 @@ void WindowsManager::createConnectionManager(QQmlApplicationEngine *engine,
     connect(this, &WindowsManager::needReconnect, m_connectionManager,
             &ConnectionManager::onNetworkSettingsChanged);
     connect(this, &WindowsManager::needReconnect, service, &SubService::Start);
+    connect(m_connectionManager, &ConnectionManager::stateChanged, network,
+            &NetworkSettingsViewModel::onConnectionStateChanged, Qt::QueuedConnection);
     connect(m_connectionManager, &ConnectionManager::disconnected, this,
             &WindowsManager::wsDisconnected, Qt::QueuedConnection);
     connect(this, &WindowsManager::restartConnection, service, &SubService::Start,
@@ -281,8 +349,14 @@ void WindowsManager::createRestProxy(QQmlApplicationEngine *engine) {
             &RestProxyServer::onWsConnectionState);
 }
 
-void WindowsManager::createTtsManager(PlaybackDeviceManager *playbackDevice) {
+void WindowsManager::createTtsManager(PlaybackDeviceManager *playbackDevice,
+                                      SynthesisSettingsViewModel *synthesis) {
     m_ttsManager = std::make_unique<TtsManager>();
+    synthesis->set_TtsManager(m_ttsManager.get());
+    connect(m_ttsManager.get(), &TtsManager::stateChanged, synthesis,
+            &SynthesisSettingsViewModel::OnTtsStateChanged, Qt::QueuedConnection);
+    connect(synthesis, &SynthesisSettingsViewModel::ttsSettingsChanged, m_ttsManager.get(),
+            &TtsManager::onTtsSettingsChanged);
     WebSocketClient *client = m_webSocketWorker->wsClient();
     connect(m_connectionManager, &ConnectionManager::stateChanged, m_ttsManager.get(),
             &TtsManager::onConnectionStateChanged, Qt::DirectConnection);

@@ -14,17 +14,22 @@
 #include <vector>
 
 class AutoReplaceManager;
+class CommandsViewModel;
 class ConnectionHeartbeat;
 class ConnectionManager;
 class HotKeyManager;
+class LaunchSettingsViewModel;
+class NetworkSettingsViewModel;
 class PlaybackDeviceManager;
 class PulseAudioManager;
 class QQmlApplicationEngine;
 class QWindow;
+class RecognitionSettingsViewModel;
 class RecordingDeviceManager;
 class RestProxyServer;
 class RunGuard;
 class SubService;
+class SynthesisSettingsViewModel;
 class SystemTray;
 class TtsManager;
 class UserCommandsManager;
@@ -93,17 +98,22 @@ private:
     int runInterface(QQmlApplicationEngine *engine);
     /// The end of runApplication, also when an exception ends it.
     void takeDown(PulseAudioManager *pulseAudio);
-    void createWebSocketWorker(AutoReplaceManager *autoReplace, UserCommandsManager *userCommands);
+    void createWebSocketWorker(AutoReplaceManager *autoReplace,
+                               RecognitionSettingsViewModel *recognition,
+                               UserCommandsManager *userCommands);
     /// Reads the command files; what is wrong with one the user is told before the start ends.
     void loadCommands(AutoReplaceManager *autoReplace, UserCommandsManager *userCommands);
-    void createConnectionManager(QQmlApplicationEngine *engine,
+    void createConnectionManager(QQmlApplicationEngine *engine, NetworkSettingsViewModel *network,
                                  RecordingDeviceManager *recordingDevice);
     void createHeartbeat();
     void createRestProxy(QQmlApplicationEngine *engine);
-    void createTtsManager(PlaybackDeviceManager *playbackDevice);
+    void createTtsManager(PlaybackDeviceManager *playbackDevice,
+                          SynthesisSettingsViewModel *synthesis);
     void createTray(QQmlApplicationEngine *engine);
     void connectHotKeys();
+    void connectLaunchSettings(LaunchSettingsViewModel *launch);
     void connectRecognition();
+    void applyNetworkSettings(bool bASR_changed, bool bFormAPI_changed);
     void onSelectedMicrophoneChanged();
     /// The signal that dictation begins, or that there is nothing to hear it with.
     void reportStart();

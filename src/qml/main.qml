@@ -1,11 +1,54 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
 import "qrc:/OstrelStyle" as Ostrel
+import "qrc:/Views/CommandViews"
 import "qrc:/Views/MonitorViews"
+import "qrc:/Views/SettingsViews"
+import "qrc:/Views/ThemeViews"
 
 // The root of all windows: never hidden, one pixel while there is nothing to show.
 Ostrel.FixedWindow {
     id: mainWindow
+
+    readonly property Loader themeCheckLoader: monitorViewModel.AlternateThemeView
+                                               ? themeCheckLoaderAlternate : themeCheckLoaderDefault
+
+    function bringUp(window) {
+        window.raise()
+        window.requestActivate()
+    }
+
+    function showSettings() {
+        if (themeCheckLoader.active) {
+            bringUp(themeCheckLoader.item)
+        } else if (settingsLoader.active) {
+            if (settingsLoader.item.visibility === Window.Minimized)
+                settingsLoader.item.show()
+            bringUp(settingsLoader.item)
+        } else {
+            settingsViewModel.onLoad()
+            settingsLoader.active = true
+        }
+    }
+
+    function showReplaces() {
+        if (themeCheckLoader.active) {
+            bringUp(themeCheckLoader.item)
+            return
+        }
+        replacesLoader.active = true
+        bringUp(replacesLoader.item)
+    }
+
+    // In the middle of the screen, and never larger than it.
+    function place(window) {
+        window.x = Screen.virtualX + Math.max(20, (Screen.width - window.width) / 2)
+        window.y = Screen.virtualY + Math.max(40, (Screen.height - window.height) / 2)
+        if (window.x - Screen.virtualX + window.width > Screen.width)
+            window.width = Screen.width - 40
+        if (window.y - Screen.virtualY + window.height > Screen.height)
+            window.height = Screen.height - 80
+    }
 
     title: "Vellumar (Qt)"
     x: windowsManager.ScreenX + windowsManager.ScreenAvailableWidth - 110
@@ -56,7 +99,64 @@ Ostrel.FixedWindow {
         sourceComponent: MonitorView {
             viewmodel: monitorViewModel
             square: mainWindow
+            onThemeChooseRequested: {
+                mainWindow.showSettings()
+                settingsViewModel.currentIndex = 2
+            }
         }
+    }
+
+    Loader {
+        id: settingsLoader
+        active: false
+        sourceComponent: SettingsWindow {
+            onClosing: {
+                settingsViewModel.onClose()
+                settingsLoader.active = false
+            }
+        }
+        onLoaded: mainWindow.place(item)
+    }
+
+    Loader {
+        id: replacesLoader
+        active: false
+        sourceComponent: ReplacesWindow {
+            onClosing: {
+                commandsViewModel.onClose()
+                replacesLoader.active = false
+            }
+        }
+        onLoaded: {
+            mainWindow.place(item)
+            commandsViewModel.onLoad()
+        }
+    }
+
+    component ThemeCheckLoader: Loader {
+        id: themeCheck
+
+        active: false
+        onLoaded: recognitionSettingsViewModel.onLoad()
+
+        Connections {
+            target: themeCheck.item
+            function onClosing() {
+                themeCheck.active = false
+                if (recognitionSettingsViewModel.ThemeChooseViewModel.NeedShow)
+                    windowsManager.closeApplication()
+            }
+        }
+    }
+
+    ThemeCheckLoader {
+        id: themeCheckLoaderDefault
+        sourceComponent: StartThemeSelectionWindow {}
+    }
+
+    ThemeCheckLoader {
+        id: themeCheckLoaderAlternate
+        sourceComponent: AlternateStartThemeSelectionWindow {}
     }
 
     Connections {
@@ -64,14 +164,23 @@ Ostrel.FixedWindow {
         function onConnectionStateChanged() {
             splashLoader.active = false
         }
-        // There is no window to choose a dictionary in: go on with the one of the settings.
         function onThemeCheckRequested() {
-            windowsManager.themeCheckSuccess()
+            mainWindow.themeCheckLoader.active = true
+            mainWindow.bringUp(mainWindow.themeCheckLoader.item)
+        }
+        function onWsDisconnected() {
+            mainWindow.themeCheckLoader.active = false
         }
     }
 
     Connections {
         target: systemTray
+        function onSignalShowSettings() {
+            mainWindow.showSettings()
+        }
+        function onSignalShowReplaces() {
+            mainWindow.showReplaces()
+        }
         function onSignalConnectRequest() {
             windowsManager.restartConnection()
         }
@@ -79,6 +188,9 @@ Ostrel.FixedWindow {
             Qt.openUrlExternally("file://" + localHelpFile)
         }
         function onSignalQuit() {
+            settingsLoader.active = false
+            replacesLoader.active = false
+            mainWindow.themeCheckLoader.active = false
             monitorLoader.active = false
             windowsManager.closeApplication()
         }

@@ -13,7 +13,9 @@ public:
     explicit FilteredCollectionModel(QObject *parent = nullptr) : QObject(parent) {}
 
     CollectionModel<T> *collection() { return &m_collection; }
+    const CollectionModel<T> *collection() const { return &m_collection; }
     CollectionModel<T> *filteredCollection() { return &m_filteredCollection; }
+    const CollectionModel<T> *filteredCollection() const { return &m_filteredCollection; }
 
     /// Puts the object at the end of the full list, and of the filtered one if it is accepted.
     void add(T *item) {
@@ -28,22 +30,37 @@ public:
         m_collection.remove(item);
     }
 
+    /// Puts many objects at the end, as add() does with one.
+    void addAll(const QList<T *> &items) {
+        QList<QObject *> all = m_collection.items();
+        QList<QObject *> accepted = m_filteredCollection.items();
+        for (T *item : items) {
+            all << item;
+            if (filterAcceptsRow(item))
+                accepted << item;
+        }
+        m_collection.setItems(all);
+        m_filteredCollection.setItems(accepted);
+    }
+
     void clear() {
         m_filteredCollection.clear();
         m_collection.clear();
     }
 
-    /// Makes the filtered list anew. The current object stays current if it is still accepted; else
-    /// the current index stays, or becomes the last row's if it would be beyond. Views see rows
-    /// come and go on the way, so raiseIndexChanged() is to follow once they have settled.
+    /// Makes the filtered list anew, in one step. The current object stays current if it is still
+    /// accepted; else the current index stays, or becomes the last row's if it would be beyond.
+    /// Views start anew, so raiseIndexChanged() is to follow once they have settled.
     void refilter() {
         T *const current = m_filteredCollection.current();
         const int currentIndex = m_filteredCollection.get_CurrentIndex();
-        int row = 0;
-        for (QObject *object : QList<QObject *>(m_collection.items())) {
-            if (updateRow(row, qobject_cast<T *>(object)))
-                ++row;
+        QList<QObject *> accepted;
+        for (QObject *object : m_collection.items()) {
+            if (filterAcceptsRow(static_cast<T *>(object)))
+                accepted << object;
         }
+        if (accepted != m_filteredCollection.items())
+            m_filteredCollection.setItems(accepted);
         const int kept = current ? m_filteredCollection.indexOf(current) : -1;
         m_filteredCollection.set_CurrentIndex(
             kept >= 0 ? kept : qMin(currentIndex, m_filteredCollection.count() - 1));
@@ -58,18 +75,6 @@ protected:
     virtual bool filterAcceptsRow(T * /*item*/) { return true; }
 
 private:
-    /// Brings the filtered list up to date for the object that belongs at the row, if anywhere.
-    /// @return whether it is there now
-    bool updateRow(int row, T *item) {
-        const bool isThere = m_filteredCollection.at(row) == item;
-        const bool isAccepted = filterAcceptsRow(item);
-        if (isThere && !isAccepted)
-            m_filteredCollection.removeAt(row);
-        else if (!isThere && isAccepted)
-            m_filteredCollection.insert(row, item);
-        return isAccepted;
-    }
-
     CollectionModel<T> m_collection{this};
     CollectionModel<T> m_filteredCollection{this};
 };

@@ -1,5 +1,7 @@
 #include "viewmodels/QObjectCollection.h"
 
+#include <QSet>
+
 QObjectCollection::QObjectCollection(QObject *parent) : QAbstractListModel(parent) {
     connect(this, &QObjectCollection::changed_CurrentIndex, this,
             &QObjectCollection::changed_CurrentObject);
@@ -69,6 +71,22 @@ void QObjectCollection::clear() {
     }
     m_items.clear();
     endRemoveRows();
+}
+
+void QObjectCollection::setItems(const QList<QObject *> &items) {
+    const QSet<QObject *> former(m_items.cbegin(), m_items.cend());
+    const QSet<QObject *> present(items.cbegin(), items.cend());
+    for (QObject *item : former) {
+        if (item && !present.contains(item))
+            disconnect(item, &QObject::destroyed, this, &QObjectCollection::onItemDestroyed);
+    }
+    for (QObject *item : present) {
+        if (item && !former.contains(item))
+            connect(item, &QObject::destroyed, this, &QObjectCollection::onItemDestroyed);
+    }
+    beginResetModel();
+    m_items = items;
+    endResetModel();
 }
 
 void QObjectCollection::set_CurrentIndex(int v) {

@@ -32,6 +32,8 @@ public:
     void removeAt(int index);
     /// Removes all, and there is no current object then.
     void clear();
+    /// Exchanges all objects in one step; the current index stays as it is.
+    void setItems(const QList<QObject *> &items);
 
     /// The objects in the order of their rows.
     const QList<QObject *> &items() const { return m_items; }

@@ -27,6 +27,12 @@ ApplicationWindow {
         y = (Screen.height - height) / 2
     }
 
+    // Without a focus no key would reach the window, not even Tab.
+    function focusFirst() {
+        if (!activeFocusItem)
+            contentItem.nextItemInFocusChain(true).forceActiveFocus()
+    }
+
     Shortcut {
         sequence: "Esc"
         onActivated: subWindow.close()

@@ -1,0 +1,28 @@
+#include "diagnostics/GeneralSystemInformationManager.h"
+
+#include "diagnostics/EnvironmentInformation.h"
+#include "diagnostics/UserInformation.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+GeneralSystemInformationManager::GeneralSystemInformationManager() {
+    m_components.push_back(std::make_unique<EnvironmentInformation>());
+    m_components.push_back(std::make_unique<UserInformation>());
+}
+
+void GeneralSystemInformationManager::CollectSystemInformation(const QString &archivePath) {
+    const QTemporaryDir folder;
+    for (const auto &component : m_components)
+        component->CollectInformation(folder.path());
+    CompressDirectory(archivePath, folder.path());
+}
+
+void GeneralSystemInformationManager::CompressDirectory(const QString &archivePath,
+                                                        const QString &folder) {
+    constexpr int timeoutMs = 30000;
+    QProcess tar;
+    tar.start(QStringLiteral("tar"), {QStringLiteral("-C"), folder, QStringLiteral("-zcvf"),
+                                      archivePath, QStringLiteral(".")});
+    tar.waitForFinished(timeoutMs);
+}

@@ -1,0 +1,54 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import "qrc:/Controls" as Controls
+import "qrc:/OstrelStyle" as Ostrel
+
+SettingsPage {
+    id: page
+
+    Ostrel.HeaderLabel {
+        text: qsTr("Сетевые настройки")
+    }
+
+    Ostrel.ErrorLabel {
+        Layout.fillWidth: true
+        visible: text !== ""
+        wrapMode: Text.WordWrap
+        textFormat: Text.PlainText
+        text: page.viewmodel.LastConnectionError
+    }
+
+    Ostrel.LightHeaderLabel {
+        Layout.topMargin: 6
+        text: qsTr("Сервер распознавания")
+    }
+
+    GridLayout {
+        Layout.fillWidth: true
+        columns: 2
+        columnSpacing: 12
+        rowSpacing: 10
+
+        Label {
+            Layout.preferredWidth: 110
+            text: qsTr("Хост")
+        }
+
+        Controls.ValidatableText {
+            Layout.fillWidth: true
+            validatable: page.viewmodel.ASRServerHost
+            Accessible.name: qsTr("Хост")
+        }
+
+        Label {
+            text: qsTr("Порт")
+        }
+
+        Controls.ValidatableText {
+            Layout.preferredWidth: 120
+            validatable: page.viewmodel.ASRServerRestPort
+            Accessible.name: qsTr("Порт")
+        }
+    }
+}

@@ -1,0 +1,13 @@
+import QtQuick 2.15
+
+ThemeSelectionWindow {
+    id: selection
+
+    title: qsTr("Выбор специализации")
+
+    AlternateStartThemeSelectionView {
+        anchors.fill: parent
+        anchors.topMargin: selection.background.contentTop
+        onApply: selection.apply()
+    }
+}

@@ -1,0 +1,48 @@
+#include "viewmodels/settings/RecordingDeviceManagerViewModel.h"
+
+#include "audio/RecordingDeviceManager.h"
+
+RecordingDeviceManagerViewModel::RecordingDeviceManagerViewModel(RecordingDeviceManager *manager,
+                                                                 QObject *parent)
+    : AudioDeviceListViewModel(manager, parent), m_recording(manager) {
+    connect(this, &AudioDeviceListViewModel::changed_SelectedDeviceIndex, this,
+            &RecordingDeviceManagerViewModel::changed_IsLastDeviceActive);
+}
+
+void RecordingDeviceManagerViewModel::Load() {
+    AudioDeviceListViewModel::Load();
+    connect(m_recording, &RecordingDeviceManager::CurrentLevelChanged, this,
+            &RecordingDeviceManagerViewModel::changed_CurrentLevel, Qt::UniqueConnection);
+    connect(m_recording, &RecordingDeviceManager::GainChanged, this,
+            &RecordingDeviceManagerViewModel::changed_Gain, Qt::UniqueConnection);
+    m_loadedGain = m_recording->Gain();
+    emit changed_Gain();
+    emit changed_CurrentLevel();
+}
+
+void RecordingDeviceManagerViewModel::Apply() {
+    AudioDeviceListViewModel::Apply();
+    m_recording->SaveSettings();
+}
+
+void RecordingDeviceManagerViewModel::Cancel() {
+    AudioDeviceListViewModel::Cancel();
+    m_recording->set_Gain(m_loadedGain);
+}
+
+bool RecordingDeviceManagerViewModel::IsChanged() {
+    return AudioDeviceListViewModel::IsChanged() || m_recording->Gain() != m_loadedGain;
+}
+
+int RecordingDeviceManagerViewModel::get_CurrentLevel() const {
+    return m_recording->CurrentLevel();
+}
+
+int RecordingDeviceManagerViewModel::get_Gain() const {
+    return m_recording->Gain();
+}
+
+void RecordingDeviceManagerViewModel::set_Gain(int gain) {
+    if (gain != m_recording->Gain())
+        m_recording->set_Gain(gain);
+}

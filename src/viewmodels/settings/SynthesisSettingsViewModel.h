@@ -1,0 +1,53 @@
+#pragma once
+
+#include "tts/TtsStateInfo.h"
+#include "viewmodels/AppSettingsViewModel.h"
+
+#include <QStringList>
+
+class TtsManager;
+
+/// The page "Синтез": the voice in which the server speaks, and its rate. Main thread.
+class SynthesisSettingsViewModel : public AppSettingsViewModel {
+    Q_OBJECT
+    Q_PROPERTY(QStringList Voices READ get_Voices NOTIFY changed_Voices)
+    /// -1 for none.
+    Q_PROPERTY(int SelectedVoiceIndex MEMBER m_selectedVoiceIndex NOTIFY changed_SelectedVoiceIndex)
+    /// 1.0 is the voice's own rate.
+    Q_PROPERTY(double TTSSpeed MEMBER m_ttsSpeed NOTIFY changed_TTSSpeed)
+    Q_PROPERTY(bool IsTtsEnabled MEMBER m_isTtsEnabled NOTIFY changed_IsTtsEnabled)
+    Q_PROPERTY(QString ErrorMessage MEMBER m_errorMessage NOTIFY changed_ErrorMessage)
+
+public:
+    explicit SynthesisSettingsViewModel(QObject *parent = nullptr);
+
+    /// @param ttsManager  not owned, outlives the use of this object
+    void set_TtsManager(TtsManager *ttsManager) { m_ttsManager = ttsManager; }
+
+    /// Asks for the voices, which come later.
+    void Load() override;
+    void Apply() override;
+
+    QStringList get_Voices() const { return m_voices; }
+
+public slots:
+    void OnTtsStateChanged(const TtsStateInfo &state);
+
+signals:
+    void changed_Voices();
+    void changed_SelectedVoiceIndex(int v);
+    void changed_TTSSpeed(double v);
+    void changed_IsTtsEnabled(bool v);
+    void changed_ErrorMessage(const QString &v);
+    void ttsSettingsChanged();
+
+private:
+    void offerVoices(const QStringList &voices, int selected);
+
+    TtsManager *m_ttsManager = nullptr;
+    QStringList m_voices;
+    int m_selectedVoiceIndex = -1;
+    double m_ttsSpeed = 1.0;
+    bool m_isTtsEnabled = false;
+    QString m_errorMessage;
+};
