@@ -49,7 +49,8 @@ function connect() {
     socket.onclose = lose;
 }
 
-// The form introduces itself anew each time: the program forgets it when the page goes.
+// The form introduces itself when it connects, and when the doctor comes back to it after dictation
+// was ended by key or by voice, of which the program tells nothing.
 function describe() {
     show("Диктовка в форму: говорите", true, false);
     send(Send.description, {
@@ -107,12 +108,17 @@ async function loadThemes() {
     try {
         const answer = await fetch(`http://127.0.0.1:${restPort}/api/Theme`);
         const themes = (await answer.json()).Data;
-        list.replaceChildren(...themes.map((theme) => new Option(theme.Name, theme.Id)));
-        list.onchange = () => send(Send.theme, themes[list.selectedIndex]);
+        const present = new Option("Как в программе", "");
+        list.replaceChildren(present,
+                             ...themes.map((theme) => new Option(theme.Name, theme.Id)));
+        list.onchange = () => list.value && send(Send.theme, themes[list.selectedIndex - 1]);
         list.disabled = false;
     } catch (error) {
         list.replaceChildren(new Option("Список недоступен"));
         list.disabled = true;
+        // The proxy is there once the program has a connection to a server.
+        if (socket)
+            setTimeout(loadThemes, RETRY_MS);
     }
 }
 
@@ -122,9 +128,11 @@ for (const { Key: key, Name: name } of fields) {
     field.addEventListener("focus", () => isTold || send(Send.focus, key));
     byId("fields").append(label, field);
 }
-byId("again").onclick = connect;
+byId("again").onclick = () => (socket ? describe() : connect());
 byId("finish").onclick = () => {
     send(Send.finished, null);
-    show("Диктовка в форму закончена", true, false);
+    show("Диктовка в форму закончена", true, true);
 };
+// Otherwise the program would go on describing a form that is gone.
+addEventListener("pagehide", () => send(Send.finished, null));
 connect();

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QMetaMethod>
 
+#include <utility>
+
 namespace {
 constexpr int wavHeaderBytes = 44;
 constexpr int sampleBytes = 2;
@@ -141,6 +143,7 @@ void PlaybackDeviceManager::playSoundFile(const QString &filePath) {
         QFile file(filePath);
         if (!file.open(QIODevice::ReadOnly) || !file.seek(wavHeaderBytes))
             return;
+        m_halfSample.clear();
         playSound(file.readAll());
         // Nothing follows a signal that would make PulseAudio begin.
         WriteSilence();
@@ -160,9 +163,13 @@ void PlaybackDeviceManager::playSound(const QByteArray &_data) {
 }
 
 void PlaybackDeviceManager::Enqueue(QByteArray block) {
-    // Half a sample ends the stream for PulseAudio, and would turn what follows into noise.
-    if (block.size() % sampleBytes != 0)
-        block.chop(block.size() % sampleBytes);
+    // Half a sample ends the stream for PulseAudio; its other half begins the next block.
+    if (!m_halfSample.isEmpty())
+        block.prepend(std::exchange(m_halfSample, {}));
+    if (block.size() % sampleBytes != 0) {
+        m_halfSample = block.right(1);
+        block.chop(1);
+    }
     if (block.isEmpty())
         return;
     if (m_queuedBytes + block.size() > maxQueuedBytes) {

@@ -75,6 +75,7 @@ private:
     /// Bytes of all blocks in the queue, of which the first m_written have been handed over.
     qint64 m_queuedBytes = 0;
     int m_written = 0;
+    QByteArray m_halfSample;
     /// How much the device would have taken at its last notice; the same again means that it has
     /// not begun.
     int m_roomBefore = -1;

@@ -3,18 +3,16 @@
 #include "connection/rest/RestClient.h"
 #include "connection/rest/RestRequest.h"
 #include "core/Exception.h"
+#include "core/LoggingCategories.h"
 #include "core/settings/ClientConnectionSettings.h"
 #include "core/settings/FormApiSettings.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
-#include <QLoggingCategory>
 #include <QTcpSocket>
 #include <QTimer>
 
 namespace {
-
-Q_LOGGING_CATEGORY(restproxylog, "RestProxyServer")
 
 /// After so long without another piece what has come of a request is taken for all of it.
 constexpr int pauseMs = 1000;
@@ -38,7 +36,7 @@ QByteArray httpAnswer(const QByteArray &status, const QByteArray &json) {
 
 QByteArray errorAnswer(const QByteArray &status, const QString &text, const QString &debugText,
                        const QString &warning) {
-    qCWarning(restproxylog).noquote() << warning;
+    qCWarning(restProxyLog).noquote() << warning;
     return httpAnswer(status, RestProxyServer::serializeJson(createErrorResult(text, debugText)));
 }
 
@@ -124,10 +122,10 @@ void RestProxyServer::restartServer() {
         close();
     const int port = FormApiSettings().RestPort;
     if (listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
-        qCInfo(restproxylog).noquote().nospace()
+        qCInfo(restProxyLog).noquote().nospace()
             << "Start listen to http://localhost:" << port << "/";
     } else {
-        qCWarning(restproxylog).noquote().nospace()
+        qCWarning(restProxyLog).noquote().nospace()
             << "Error while starting listen to http://localhost:" << port << "/ \n"
             << errorString();
     }
@@ -171,8 +169,9 @@ void RestProxyServer::onDisconnected() {
 }
 
 void RestProxyServer::answer(QTcpSocket *socket) {
+    socket->findChild<QTimer *>()->stop();
     const QByteArray request = readdress(m_requests.take(socket).bytes());
-    qCDebug(restproxylog).noquote() << request;
+    qCDebug(restProxyLog).noquote() << request;
     if (!leadsBackHere())
         socket->write(parseHeaders(request, proxyRequest));
     // Before the next request takes this thread for as long as its answer takes.
@@ -219,9 +218,9 @@ QByteArray RestProxyServer::parseHeaders(const QByteArray &request, const Handle
 
 QByteArray RestProxyServer::proxyRequest(const QByteArray &method, const QByteArray &url,
                                          const Headers &headers, const QByteArray &body) {
-    qCDebug(restproxylog).noquote() << "Method:" << method << "UrlPart:" << url;
+    qCDebug(restProxyLog).noquote() << "Method:" << method << "UrlPart:" << url;
     const ClientConnectionSettings server;
-    qCDebug(restproxylog).noquote().nospace()
+    qCDebug(restProxyLog).noquote().nospace()
         << "Target: " << server.Ip.get() << ":" << server.RestPort.get();
     RestClient client;
     client.initialize(server.Ip, server.RestPort, server.UseTls);
@@ -233,7 +232,7 @@ QByteArray RestProxyServer::proxyRequest(const QByteArray &method, const QByteAr
     client.addHeaders(handedOn);
     // The form's address stands for itself.
     client.setApiPrefix(QStringLiteral("/"));
-    qCDebug(restproxylog).noquote() << "Body:\n" << body;
+    qCDebug(restProxyLog).noquote() << "Body:\n" << body;
     const QString path = QString::fromUtf8(url);
     const QString answer = method == "POST"
                                ? client.executeClearHttp(path, Method::Post, body, {})
@@ -243,6 +242,6 @@ QByteArray RestProxyServer::proxyRequest(const QByteArray &method, const QByteAr
 
 QByteArray RestProxyServer::serializeJson(const QJsonObject &object) {
     const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Indented);
-    qCDebug(restproxylog).noquote() << text;
+    qCDebug(restProxyLog).noquote() << text;
     return text;
 }

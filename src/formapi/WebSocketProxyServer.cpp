@@ -12,7 +12,7 @@ WebSocketProxyServer::WebSocketProxyServer(WebSocketClient *client, ResultManage
 
 WebSocketProxyServer::~WebSocketProxyServer() {
     // Their last messages need all of this object.
-    deleteAllSessions();
+    deleteAllSessions(QWebSocketProtocol::CloseCodeGoingAway);
 }
 
 WebSocketProxyServerSession *WebSocketProxyServer::currentSession() const {
@@ -28,7 +28,7 @@ WebSocketServerSession *WebSocketProxyServer::createSession() {
 }
 
 void WebSocketProxyServer::newConnection() {
-    deleteAllSessions();
+    deleteAllSessions(QWebSocketProtocol::CloseCodeNormal);
     WebSocketServer::newConnection();
     m_asrManager->stopRecognition();
 }

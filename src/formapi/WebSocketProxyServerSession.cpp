@@ -160,6 +160,9 @@ QJsonValue WebSocketProxyServerSession::endForm() {
 }
 
 void WebSocketProxyServerSession::proxyTextMessageReceived(const QString &message) {
+    // What was on its way already when the form went.
+    if (hasEnded())
+        return;
     const Envelope envelope = parse(message);
     const int code = MessageTypeMapper::toServerMessage(envelope.type);
     if (code < 0 || (code == Guarded && !m_asrManager->getEnabled()))

@@ -31,7 +31,7 @@ void WebSocketServer::onStart(int port) {
 
 void WebSocketServer::onStop() {
     m_server->close();
-    deleteAllSessions();
+    deleteAllSessions(QWebSocketProtocol::CloseCodeGoingAway);
 }
 
 QWebSocket *WebSocketServer::nextSocket() {
@@ -58,11 +58,11 @@ void WebSocketServer::sessionDisconnected() {
         session->deleteLater();
 }
 
-void WebSocketServer::deleteAllSessions() {
+void WebSocketServer::deleteAllSessions(QWebSocketProtocol::CloseCode code) {
     const QList<WebSocketServerSession *> sessions = std::exchange(m_sessions, {});
     for (WebSocketServerSession *session : sessions) {
         // Not in the list any more, so that it is deleted here only.
-        session->end();
+        session->end(code);
         session->deleteLater();
     }
 }

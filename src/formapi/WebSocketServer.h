@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QWebSocketProtocol>
 
 class QWebSocket;
 class QWebSocketServer;
@@ -36,7 +37,8 @@ protected slots:
 protected:
     /// The socket of the next client, the caller's to keep; null if there is none.
     QWebSocket *nextSocket();
-    void deleteAllSessions();
+    /// @param code  tells the clients whether it is worth to connect again
+    void deleteAllSessions(QWebSocketProtocol::CloseCode code);
     const QList<WebSocketServerSession *> &sessions() const { return m_sessions; }
 
 private:

@@ -11,9 +11,9 @@ WebSocketServerSession::WebSocketServerSession(QWebSocket *socket, QObject *pare
     connect(this, &WebSocketConnection::disconnected, this, [this] { m_hasEnded = true; });
 }
 
-void WebSocketServerSession::end() {
+void WebSocketServerSession::end(QWebSocketProtocol::CloseCode code) {
     socket()->disconnect(this);
-    onClose();
+    socket()->close(code);
     // A client that does not read keeps its socket from closing; nobody waits for that.
     if (!m_hasEnded)
         emit disconnected();

@@ -237,6 +237,7 @@ void TestForms::lastFormWins() {
     QCOMPARE(waitForMessage(MessageType::StartMode)["data"].toObject()["Type"].toInt(-1), 0);
     QCOMPARE(formMessages(), (QList<int>{115, 116, 115}));
     QTRY_VERIFY(!first.isOpen());
+    QCOMPARE(first.socket().closeCode(), QWebSocketProtocol::CloseCodeNormal);
     m_stand->tell({{"do", "message"}, {"type", 218}, {"data", 1}});
     QTRY_COMPARE(second.received(), QStringList{"18:1"});
     QCOMPARE(first.received(), QStringList());
@@ -321,6 +322,7 @@ void TestForms::listensAnew() {
     QVERIFY(taken.listen(QHostAddress::LocalHost));
     emit server().stop();
     QTRY_VERIFY(!form.isOpen());
+    QCOMPARE(form.socket().closeCode(), QWebSocketProtocol::CloseCodeGoingAway);
     emit server().start(taken.serverPort());
     QCOMPARE(server().port(), quint16(0));
     emit server().stop();
