@@ -7,10 +7,11 @@
 #include "core/AppVariables.h"
 #include "recognition/AsrManager.h"
 
+#include <QCryptographicHash>
+#include <QDateTime>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
-#include <QHash>
 #include <QMutexLocker>
 #include <QUuid>
 
@@ -87,6 +88,13 @@ void mergeAndOrder(QList<UserCommand> *commands) {
                           [](const UserCommand &command) { return command.IsSystem; });
 }
 
+/// Of the file's content; empty without a file.
+QByteArray hashOf(const QString &path) {
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
+}
+
 ClientThemeInfo allThemes() {
     ClientThemeInfo theme;
     theme.setName(QObject::tr("Для всех словарей"));
@@ -132,6 +140,7 @@ void UserCommandsManager::loadUserFile(const QString &path, QMap<QString, Client
     QList<UserCommand> loaded = LoadFrom(path, &theme, false);
     if (completeIds(&loaded))
         SaveTo(path, theme, loaded);
+    m_fileHashes.insert(path, hashOf(path));
     if (!themes->contains(theme.id()))
         themes->insert(theme.id(), theme);
     (*commands)[theme.id()] += loaded;
@@ -157,11 +166,36 @@ void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCom
     QList<UserCommand> own;
     std::copy_if(commands.cbegin(), commands.cend(), std::back_inserter(own),
                  [](const UserCommand &command) { return !command.IsSystem; });
-    if (own.isEmpty())
-        QFile::remove(path);
-    else
-        SaveTo(path, theme, own);
+    const QString copy = keepForeignFile(path);
+    try {
+        if (own.isEmpty())
+            QFile::remove(path);
+        else
+            SaveTo(path, theme, own);
+    } catch (...) {
+        if (!copy.isEmpty())
+            QFile::remove(copy);
+        throw;
+    }
+    if (!copy.isEmpty()) {
+        emit CommandFileKept(
+            tr("Файл «%1» изменила другая программа. Её версия сохранена: «%2»").arg(path, copy));
+    }
+    m_fileHashes.insert(path, hashOf(path));
     updateCommands();
+}
+
+QString UserCommandsManager::keepForeignFile(const QString &path) {
+    const QByteArray hash = hashOf(path);
+    if (hash.isEmpty() || hash == m_fileHashes.value(path))
+        return {};
+    const QString copy = path +
+                         QDateTime::currentDateTime().toString(QStringLiteral(".yyyyMMdd-hhmmss")) +
+                         QStringLiteral(".bak");
+    if (!QFile::copy(path, copy))
+        throw Exception(QStringLiteral("UserCommandsManager: Cannot keep file '%1'").arg(path));
+    qWarning() << "Another program has changed" << path << "which is kept as" << copy;
+    return copy;
 }
 
 void UserCommandsManager::set_Commands(const QMap<QString, QList<UserCommand>> &commands) {

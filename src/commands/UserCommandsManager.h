@@ -4,6 +4,8 @@
 #include "commands/UserCommand.h"
 #include "themes/ClientThemeInfo.h"
 
+#include <QByteArray>
+#include <QHash>
 #include <QMap>
 #include <QMutex>
 
@@ -65,13 +67,19 @@ public slots:
     void updateCommands();
 
 signals:
+    /// Another program has changed a file that is being replaced; the message tells the user where
+    /// its version is kept.
+    void CommandFileKept(QString message);
     /// The editors' lists are stored and saved.
     void CommandsChanged();
     void CommandExecutionError(QString errorText) const;
 
 private:
-    static void loadUserFile(const QString &path, QMap<QString, ClientThemeInfo> *themes,
+    void loadUserFile(const QString &path, QMap<QString, ClientThemeInfo> *themes,
                              QMap<QString, QList<UserCommand>> *commands);
+    /// Keeps a copy of the file beside it if it is not as this program left it.
+    /// @return the copy's path, or an empty text
+    QString keepForeignFile(const QString &path);
     /// To be called under the lock.
     void offerAllThemesOnly();
     QString executeUserCommand(const UserCommand &command) const;
@@ -82,6 +90,8 @@ private:
     QMap<QString, ClientThemeInfo> m_knownThemes;
     QMap<QString, ClientThemeInfo> m_offeredThemes;
     QMap<QString, QList<UserCommand>> m_commands;
+    /// What the files held when they were read or written last, by path.
+    QHash<QString, QByteArray> m_fileHashes;
     std::map<UserCommandNamespace::UserCommandType, std::unique_ptr<UserCommandExecutor>>
         m_executors;
 };

@@ -141,6 +141,10 @@ int WindowsManager::runApplication(int argc, char **argv) {
             &WindowsManager::OnCommandError);
     connectHotKeys();
     createTray(&engine);
+    connect(
+        &userCommands, &UserCommandsManager::CommandFileKept, this, [this](const QString &message) {
+            showTrayMessage(UserNotification(NotificationType::Warning, tr("Автозамена"), message));
+        });
     NetworkSettingsViewModel network;
     RecognitionSettingsViewModel recognition;
     createWebSocketWorker(&autoReplace, &recognition, &userCommands);

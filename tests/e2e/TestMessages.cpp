@@ -19,6 +19,8 @@ private slots:
         m_stand = std::make_unique<Stand>();
         m_program = startProgram(m_stand.get());
         QVERIFY(m_program);
+        QCOMPARE(nextMessage(), "dialog-information|Голосовая активация|В настройках доступен "
+                                "запуск распознавания голосовой командой.|4000");
         QCOMPARE(nextMessage(), "dialog-information|Оповещение|Зарегистрирована горячая клавиша "
                                 "включения распознавания: 'Ctrl 2 раза'.|4000");
     }

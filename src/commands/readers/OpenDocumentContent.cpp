@@ -56,12 +56,19 @@ private:
                 throw unreadable();
             break;
         case QXmlStreamReader::Characters:
-            if (m_depthInParagraph > 0 || !m_reader.isWhitespace())
-                append(m_document.createTextNode(m_reader.text().toString()));
+            appendText();
             break;
         default:
             break;
         }
+    }
+
+    // Blanks between the words of a paragraph count, a line break of an indented file is one.
+    void appendText() {
+        if (!m_reader.isWhitespace())
+            append(m_document.createTextNode(m_reader.text().toString()));
+        else if (m_depthInParagraph > 0)
+            append(m_document.createTextNode(QStringLiteral(" ")));
     }
 
     void startElement() {

@@ -1,0 +1,243 @@
+#include "DeskTest.h"
+#include "Files.h"
+#include "KeyReceiver.h"
+#include "Program.h"
+#include "Stand.h"
+#include "TrayMenu.h"
+#include "XKeyboard.h"
+#include "connection/messages/MessageType.h"
+#include "core/settings/ASRSettings.h"
+#include "core/settings/BalancerConnectionSettings.h"
+#include "core/settings/ConnectionManagerSettings.h"
+#include "core/settings/FormApiSettings.h"
+#include "core/settings/HotkeySettings.h"
+
+#include <QJsonArray>
+
+namespace {
+
+/// The entries of the tray's menu while there is a connection.
+enum Entry { SettingsEntry = 0, ReplacesEntry = 1 };
+
+/// Where the tabs of the settings are.
+enum Tab { LaunchTab = 150, RecognitionTab = 263, NetworkTab = 455 };
+
+/// A window of the program, worked with mouse and keyboard.
+class Window {
+public:
+    explicit Window(const QString &title) {
+        const bool isThere = QTest::qWaitFor(
+            [&] {
+                const QString found =
+                    desk().ask("xdotool", {"search", "--onlyvisible", "--name", '^' + title + '$'});
+                m_id = found.section('\n', -1);
+                return !m_id.isEmpty();
+            },
+            20000);
+        if (!isThere)
+            qWarning() << "No window" << title;
+        else
+            desk().ask("xdotool", {"windowactivate", "--sync", m_id});
+    }
+
+    bool isOpen() const { return !m_id.isEmpty() && geometry().contains("WIDTH"); }
+    bool isGone() const {
+        return QTest::qWaitFor([this] { return !isOpen(); });
+    }
+    /// A place from the left and the top, or from the right and the bottom if negative.
+    void click(int x, int y, int times = 1) const {
+        const QString shape = geometry();
+        const auto place = [&shape](int value, const char *size) {
+            const int whole = shape.section(size, 1).section('\n', 0, 0).toInt();
+            return QString::number(value < 0 ? whole + value : value);
+        };
+        desk().run("xdotool",
+                   {"mousemove", "--window", m_id, place(x, "WIDTH="), place(y, "HEIGHT="), "click",
+                    "--repeat", QString::number(times), "--delay", "50", "1"});
+    }
+    /// The button at the right of the lower edge.
+    void accept() const { click(-66, -27); }
+    static void key(const QString &keys) {
+        desk().run("xdotool", QStringList{"key", "--delay", "50"} + keys.split(' '));
+    }
+    static void type(const QString &text) {
+        desk().run("xdotool", {"type", "--delay", "20", text});
+    }
+
+private:
+    QString geometry() const {
+        return desk().ask("xdotool", {"getwindowgeometry", "--shell", m_id});
+    }
+
+    QString m_id;
+};
+
+Window openFromTray(Entry entry, const QString &title) {
+    if (TrayMenu::open())
+        TrayMenu::click(entry);
+    return Window(title);
+}
+
+} // namespace
+
+/// The windows in a user's hands: what is chosen in them reaches the settings, the files and the
+/// server.
+class TestWindows : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void asksForADictionary();
+    void doesNotGoOnWithoutADictionary();
+    void settingsReachTheServer();
+    void wrongAddressIsRefused();
+    void commandsAreEdited();
+
+private:
+    void start(bool isThemeChosen);
+    Window openSettings() const { return openFromTray(SettingsEntry, "Настройки"); }
+
+    std::unique_ptr<Stand> m_stand;
+    std::unique_ptr<Program> m_program;
+};
+
+void TestWindows::init() {
+    clearSettings();
+    m_stand = std::make_unique<Stand>();
+    writeSettings(*m_stand);
+}
+
+void TestWindows::cleanup() {
+    if (m_program && m_program->isRunning())
+        QCOMPARE(m_program->terminate(), 0);
+    m_program.reset();
+    m_stand.reset();
+}
+
+void TestWindows::start(bool isThemeChosen) {
+    if (!isThemeChosen) {
+        ASRSettings().SelectedTheme = QString();
+        ConnectionManagerSettings().QuietConnectionEnabled = false;
+    }
+    // Ports that a user could have set, which nobody connects to.
+    FormApiSettings().Port = 40001;
+    FormApiSettings().RestPort = 40002;
+    Settings(QString()).sync();
+    m_program = std::make_unique<Program>();
+    if (isThemeChosen)
+        QVERIFY(!nextMode(m_stand.get(), 20000).isUndefined());
+}
+
+void TestWindows::asksForADictionary() {
+    start(false);
+    const Window window("Выбор темы");
+    Window::key("Down");
+    window.accept();
+    QVERIFY(window.isGone());
+    const QJsonObject theme = m_stand->waitForMessage(MessageType::SelectTheme);
+    QCOMPARE(theme["data"].toObject()["Id"], QJsonValue("cardiology"));
+    QVERIFY(!nextMode(m_stand.get()).isUndefined());
+    QTRY_COMPARE(ASRSettings().SelectedTheme.get(), QString("cardiology"));
+}
+
+void TestWindows::doesNotGoOnWithoutADictionary() {
+    start(false);
+    const Window window("Выбор темы");
+    Window::key("Escape");
+    QVERIFY(window.isGone());
+    QCOMPARE(m_program->waitForExit(), 0);
+    QCOMPARE(ASRSettings().SelectedTheme.get(), QString());
+}
+
+void TestWindows::settingsReachTheServer() {
+    start(true);
+    {
+        const Window window = openSettings();
+        window.click(RecognitionTab, 33);
+        window.click(300, 103);
+        Window::key("Down Down Return");
+        window.click(LaunchTab, 33);
+        // The lower of the two choices of a key.
+        window.click(36, 270);
+        window.click(-200, 270);
+        Window::key("Down Return");
+        m_stand->forget();
+        window.accept();
+        QVERIFY(window.isGone());
+    }
+    const QJsonObject theme = m_stand->waitForMessage(MessageType::SelectTheme);
+    QCOMPARE(theme["data"].toObject()["Id"], QJsonValue("surgery"));
+    QTRY_VERIFY(!HotkeySettings().UseHotkey);
+    QCOMPARE(HotkeySettings().P2TKey.get(), QString("Pause"));
+    m_stand->forget();
+    XKeyboard keyboard;
+    keyboard.play("+Pause");
+    QVERIFY2(nextMode(m_stand.get()).isNull(), "the new key counts at once");
+    keyboard.play("-Pause");
+
+    // What is not accepted changes nothing.
+    const QByteArray before = bytesOf(Settings(QString()).fileName());
+    const Window window = openSettings();
+    window.click(RecognitionTab, 33);
+    window.click(36, 143);
+    Window::key("Escape");
+    QVERIFY(window.isGone());
+    QCOMPARE(bytesOf(Settings(QString()).fileName()), before);
+}
+
+void TestWindows::wrongAddressIsRefused() {
+    start(true);
+    const Window window = openSettings();
+    window.click(NetworkTab, 33);
+    window.click(300, 144, 3);
+    Window::type("two words");
+    window.click(70, 33);
+    window.accept();
+    // The page at fault is shown, with the focus where the fault is.
+    Window::key("ctrl+a");
+    Window::type("localhost");
+
+    QVERIFY(window.isOpen());
+    QCOMPARE(BalancerConnectionSettings().Ip.get(), QString("127.0.0.1"));
+    m_stand->forget();
+    // To the port, and past "Отмена".
+    Window::key("Tab Tab Tab Return");
+    QVERIFY(window.isGone());
+    QVERIFY2(!m_stand->waitFor("connected").isEmpty(), "the new address is tried at once");
+    QCOMPARE(BalancerConnectionSettings().Ip.get(), QString("localhost"));
+}
+
+void TestWindows::commandsAreEdited() {
+    KeyReceiver receiver;
+    start(true);
+    {
+        const Window window = openFromTray(ReplacesEntry, "Автозамена");
+        Window::key("Insert");
+        const Window dialog("Добавить");
+        Window::type("bp");
+        Window::key("Tab");
+        Window::type("blood pressure");
+        Window::key("Tab Tab Return");
+        QVERIFY(dialog.isGone());
+        // The new one is the current row.
+        Window::key("F4");
+        const Window change("Изменить");
+        Window::key("Down");
+        Window::type(" 120");
+        change.accept();
+        QVERIFY(change.isGone());
+        window.accept();
+        QVERIFY(window.isGone());
+    }
+    desk().run("xdotool", {"windowfocus", "--sync", QString::number(receiver.window())});
+    m_stand->forget();
+    XKeyboard().play(doubleCtrl);
+    QCOMPARE(nextMode(m_stand.get()), QJsonValue());
+    m_stand->sayResult("bp");
+    QVERIFY(receiver.waitForLength(18, 5000));
+    QCOMPARE(receiver.text().trimmed().toLower(), QString("blood pressure 120"));
+}
+
+DESK_TEST_MAIN(TestWindows, VirtualDesk::Screen | VirtualDesk::Tray | VirtualDesk::Sound)
+#include "TestWindows.moc"
