@@ -76,7 +76,7 @@ signals:
 
 private:
     void loadUserFile(const QString &path, QMap<QString, ClientThemeInfo> *themes,
-                             QMap<QString, QList<UserCommand>> *commands);
+                      QMap<QString, QList<UserCommand>> *commands);
     /// Keeps a copy of the file beside it if it is not as this program left it.
     /// @return the copy's path, or an empty text
     QString keepForeignFile(const QString &path);
