@@ -9,7 +9,8 @@ Button {
     property var theme
 
     text: theme ? theme.Name : ""
-    implicitHeight: texts.implicitHeight + 20
+    topPadding: 10
+    bottomPadding: 10
 
     contentItem: Column {
         id: texts
