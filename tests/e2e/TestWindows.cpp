@@ -11,6 +11,7 @@
 #include "core/settings/ConnectionManagerSettings.h"
 #include "core/settings/FormApiSettings.h"
 #include "core/settings/HotkeySettings.h"
+#include "core/settings/RecordingDeviceSettings.h"
 
 #include <QJsonArray>
 
@@ -91,6 +92,7 @@ private slots:
     void asksForADictionary();
     void doesNotGoOnWithoutADictionary();
     void settingsReachTheServer();
+    void devicesChangeAtOnce();
     void wrongAddressIsRefused();
     void commandsAreEdited();
 
@@ -184,6 +186,32 @@ void TestWindows::settingsReachTheServer() {
     Window::key("Escape");
     QVERIFY(window.isGone());
     QCOMPARE(bytesOf(Settings(QString()).fileName()), before);
+}
+
+void TestWindows::devicesChangeAtOnce() {
+    desk().loadModule({"module-remap-source", "master=micfeed.monitor", "source_name=other",
+                       "source_properties=device.description=Other"});
+    RecordingDeviceSettings().Name = "mic";
+    start(true);
+    {
+        const Window window = openSettings();
+        window.click(-200, 215);
+        Window::key("End Return");
+        QVERIFY(m_program->waitForLog("Created audio input  \"Other\""));
+        // Closed by the window manager.
+        Window::key("alt+F4");
+        QVERIFY(window.isGone());
+        QVERIFY2(m_program->waitForLog("Created audio input  \"Microphone\""), "not accepted");
+    }
+    const QString stored = RecordingDeviceSettings().Name;
+    const Window window = openSettings();
+    desk().unloadModule("module-remap-source");
+    QVERIFY(m_program->waitForLog("Delete audio input"));
+    window.accept();
+    QVERIFY2(window.isGone(), "a page whose devices are gone can be applied");
+    QCOMPARE(RecordingDeviceSettings().Name.get(), stored);
+    desk().stopSound();
+    desk().startSound();
 }
 
 void TestWindows::wrongAddressIsRefused() {

@@ -28,7 +28,9 @@ Slider {
     toolTipEnabled: true
     toolTipText: describe(value)
     Accessible.name: qsTr("Чувствительность микрофона")
-    onGainChanged: value = gain
+    // The device tells its gain a little late, which is not to move the handle under the hand.
+    onGainChanged: if (!pressed) value = gain
+    onPressedChanged: if (!pressed) gainMoved(value)
     onValueChanged: if (value !== gain) gainMoved(value)
 
     Repeater {
