@@ -41,6 +41,17 @@ AudioDeviceManagerBase::AudioDeviceManagerBase(AudioListManager *listManager, QO
             &AudioDeviceManagerBase::OnListRefreshed, Qt::QueuedConnection);
 }
 
+QAudioFormat AudioDeviceManagerBase::speechFormat(int sampleRate) {
+    QAudioFormat format;
+    format.setSampleRate(sampleRate);
+    format.setChannelCount(1);
+    format.setSampleSize(16);
+    format.setSampleType(QAudioFormat::SignedInt);
+    format.setByteOrder(QAudioFormat::LittleEndian);
+    format.setCodec(QStringLiteral("audio/pcm"));
+    return format;
+}
+
 void AudioDeviceManagerBase::set_IsTrackChanges(bool isTrackChanges) {
     if (m_isTrackChanges == isTrackChanges)
         return;

@@ -3,6 +3,7 @@
 #include "audio/ExtAudioDeviceInfo.h"
 
 #include <QAudio>
+#include <QAudioFormat>
 #include <QElapsedTimer>
 #include <QList>
 #include <QObject>
@@ -60,6 +61,13 @@ signals:
     void DeviceStopped();
 
 protected:
+    static constexpr auto queuedAndUnique =
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection);
+
+    /// One channel, 16-bit signed little-endian.
+    /// @param sampleRate  Hz
+    static QAudioFormat speechFormat(int sampleRate);
+
     virtual void OnDeviceStart() = 0;
     virtual void OnDeviceStop() = 0;
     /// @return the device object, a child of this one, or null

@@ -12,26 +12,13 @@
 namespace {
 constexpr int wavHeaderBytes = 44;
 constexpr int sampleBytes = 2;
+constexpr int sampleRate = 22050;
 /// Twenty minutes of speech. A device that takes nothing must not fill the memory.
-constexpr qint64 maxQueuedBytes = 20LL * 60 * 22050 * sampleBytes;
-
-const auto queuedAndUnique =
-    static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection);
-
-QAudioFormat speechFormat() {
-    QAudioFormat format;
-    format.setSampleRate(22050);
-    format.setChannelCount(1);
-    format.setSampleSize(16);
-    format.setSampleType(QAudioFormat::SignedInt);
-    format.setByteOrder(QAudioFormat::LittleEndian);
-    format.setCodec(QStringLiteral("audio/pcm"));
-    return format;
-}
+constexpr qint64 maxQueuedBytes = 20LL * 60 * sampleRate * sampleBytes;
 } // namespace
 
 PlaybackDeviceManager::PlaybackDeviceManager(AudioListManager *listManager, QObject *parent)
-    : AudioDeviceManager(listManager, parent), m_format(speechFormat()) {}
+    : AudioDeviceManager(listManager, parent), m_format(speechFormat(sampleRate)) {}
 
 void PlaybackDeviceManager::LoadSettings() {
     const PlaybackDeviceSettings settings;

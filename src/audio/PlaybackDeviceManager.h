@@ -6,8 +6,7 @@
 #include <QAudioOutput>
 #include <QByteArray>
 #include <QList>
-
-class QIODevice;
+#include <QPointer>
 
 /// Plays speech and signals: 22050 Hz, one channel, 16-bit signed little-endian.
 ///
@@ -70,7 +69,8 @@ private:
     QAudioFormat m_format;
     int m_volume = 0;
     int m_currentLevel = 0;
-    QIODevice *m_outputStream = nullptr;
+    /// Qt deletes it when the sound server is lost, before it tells so.
+    QPointer<QIODevice> m_outputStream;
     QList<QByteArray> m_queue;
     /// Bytes of all blocks in the queue, of which the first m_written have been handed over.
     qint64 m_queuedBytes = 0;

@@ -11,23 +11,11 @@ namespace {
 /// error. A device that starts may take 2 seconds until its first sound.
 constexpr int maxSilenceMs = 5000;
 
-const auto queuedAndUnique =
-    static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection);
-
-QAudioFormat recognitionFormat() {
-    QAudioFormat format;
-    format.setSampleRate(16000);
-    format.setChannelCount(1);
-    format.setSampleSize(16);
-    format.setSampleType(QAudioFormat::SignedInt);
-    format.setByteOrder(QAudioFormat::LittleEndian);
-    format.setCodec(QStringLiteral("audio/pcm"));
-    return format;
-}
+constexpr int sampleRate = 16000;
 } // namespace
 
 RecordingDeviceManager::RecordingDeviceManager(AudioListManager *listManager, QObject *parent)
-    : AudioDeviceManager(listManager, parent), m_format(recognitionFormat()) {}
+    : AudioDeviceManager(listManager, parent), m_format(speechFormat(sampleRate)) {}
 
 void RecordingDeviceManager::LoadSettings() {
     const RecordingDeviceSettings settings;

@@ -6,10 +6,9 @@
 #include <QAudioInput>
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QPointer>
 
 #include <atomic>
-
-class QIODevice;
 
 /// Records the microphone: 16000 Hz, one channel, 16-bit signed little-endian.
 ///
@@ -66,7 +65,8 @@ private:
     void PollGain();
 
     QAudioFormat m_format;
-    QIODevice *m_soundSource = nullptr;
+    /// Qt deletes it when the sound server is lost, before it tells so.
+    QPointer<QIODevice> m_soundSource;
     int m_sinceVolumePollMs = 0;
     QElapsedTimer m_sinceSound;
     int m_gain = 0;

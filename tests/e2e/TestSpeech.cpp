@@ -124,7 +124,7 @@ void TestSpeech::goesOnElsewhere() {
     constexpr int secondBytes = 2 * 22050;
     {
         Listener first(desk(), m_speaker);
-        sendSpeech(QByteArray(6 * secondBytes, 's'));
+        sendSpeech(QByteArray(12 * secondBytes, 's'));
         QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() > secondBytes, 10000);
     }
     if (lost == "speaker") {
