@@ -188,6 +188,8 @@ int WindowsManager::runApplication(int argc, char **argv) {
 void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     stopSubServices();
     m_hotKeyManager->keyboardHookUnreg();
+    // Devices may come and go to the very end.
+    m_recordingDevice->disconnect(this);
     pulseAudio->Stop();
     m_restProxy.reset();
     m_heartbeatService = nullptr;
