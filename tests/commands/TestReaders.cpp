@@ -131,6 +131,9 @@ void TestReaders::readsOpenDocument_data() {
          "\n  <text:p><text:span>один</text:span> <text:span>два</text:span></text:p>\n  "
          "<text:list>\n  <text:list-item><text:p>три</text:p></text:list-item>\n</text:list>",
          "один два\r\nтри\r\n");
+    good("an indented paragraph",
+         "<text:p>\n  <text:span>один</text:span>\n  <text:span>два</text:span>\n</text:p>",
+         " один два \r\n");
     good("marks and comments", "<text:p>&lt;a&gt;<!-- no --><![CDATA[ & ]]></text:p>",
          "<a> & \r\n");
     row("another encoding",

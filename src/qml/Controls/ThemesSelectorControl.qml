@@ -33,4 +33,12 @@ ComboBox {
         // The box moves its own index, which ends the binding.
         function onChanged_Value(value) { control.currentIndex = value }
     }
+
+    Connections {
+        target: control.chooser
+        // Another list may keep the place, which the box has lost with the former list.
+        function onChanged_SelectedTheme() {
+            control.currentIndex = control.validatedIndex.IntValue
+        }
+    }
 }

@@ -26,9 +26,12 @@ void RecognitionSettingsViewModel::Load() {
                   &Self::changed_IsThemeAutoSelect);
     if (AppVariables::buildFlag(QStringLiteral("CanEnableAvocado")))
         storeProperty(this, &m_canEnableAvocado, true, &Self::changed_CanEnableAvocado);
-    const QString logoHeight =
-        AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("LogoHeight"));
-    storeProperty(this, &m_logoHeight, logoHeight.toInt(), &Self::changed_LogoHeight);
+    bool isNumber = false;
+    const int logoHeight =
+        AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("LogoHeight"))
+            .toInt(&isNumber);
+    if (isNumber)
+        storeProperty(this, &m_logoHeight, logoHeight, &Self::changed_LogoHeight);
     AppSettingsViewModel::Load();
 }
 

@@ -33,13 +33,15 @@ ThemeInfoViewModel *ThemeChooseViewModel::get_SelectedTheme() const {
 
 void ThemeChooseViewModel::Load() {
     m_needShow = true;
-    const QString wanted = wantedId();
-    clearChoices();
     if (!m_asrManager) {
+        clearChoices();
         choose(-1);
         return;
     }
+    const QString wanted = wantedId();
+    // May throw, and then leaves what was offered before.
     const QList<ClientThemeInfo> themes = offeredThemes();
+    clearChoices();
     int index = themes.isEmpty() ? -1 : 0;
     for (int i = 0; i < themes.size(); ++i) {
         m_choices.append(new ThemeInfoViewModel(themes[i], this));
@@ -53,7 +55,7 @@ void ThemeChooseViewModel::Load() {
 QString ThemeChooseViewModel::wantedId() const {
     if (const ThemeInfoViewModel *selected = get_SelectedTheme())
         return selected->get_Id();
-    return m_asrManager ? m_asrManager->getSelectedTheme().id() : QString();
+    return m_asrManager->getSelectedTheme().id();
 }
 
 QList<ClientThemeInfo> ThemeChooseViewModel::offeredThemes() const {

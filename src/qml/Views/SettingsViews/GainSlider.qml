@@ -31,7 +31,8 @@ Slider {
     // The device tells its gain a little late, which is not to move the handle under the hand.
     onGainChanged: if (!pressed) value = gain
     onPressedChanged: if (!pressed) gainMoved(value)
-    onValueChanged: if (value !== gain) gainMoved(value)
+    // By the user alone: a gain beyond the scale stays what it is until then.
+    onMoved: gainMoved(value)
 
     Repeater {
         model: [0, slider.zeroDb, slider.to]
