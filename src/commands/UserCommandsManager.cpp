@@ -168,10 +168,11 @@ void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCom
                  [](const UserCommand &command) { return !command.IsSystem; });
     const QString copy = keepForeignFile(path);
     try {
-        if (own.isEmpty())
-            QFile::remove(path);
-        else
+        if (!own.isEmpty())
             SaveTo(path, theme, own);
+        else if (!QFile::remove(path) && QFile::exists(path))
+            throw Exception(
+                QStringLiteral("UserCommandsManager: Cannot remove file '%1'").arg(path));
     } catch (...) {
         if (!copy.isEmpty())
             QFile::remove(copy);
@@ -200,6 +201,7 @@ QString UserCommandsManager::keepForeignFile(const QString &path) {
 
 void UserCommandsManager::set_Commands(const QMap<QString, QList<UserCommand>> &commands) {
     QList<QPair<ClientThemeInfo, QList<UserCommand>>> toSave;
+    QMap<QString, QList<UserCommand>> former;
     {
         const QMutexLocker locker(&m_mutex);
         for (auto entry = commands.cbegin(); entry != commands.cend(); ++entry) {
@@ -208,12 +210,23 @@ void UserCommandsManager::set_Commands(const QMap<QString, QList<UserCommand>> &
                 throw Exception(
                     QStringLiteral("UserCommandsManager: Theme %1 not found").arg(entry.key()));
             }
+            former.insert(entry.key(), m_commands.value(entry.key()));
             m_commands.insert(entry.key(), entry.value());
             toSave.append({*theme, entry.value()});
         }
     }
-    for (const auto &entry : qAsConst(toSave))
-        Save(entry.first, entry.second);
+    try {
+        for (const auto &entry : qAsConst(toSave)) {
+            Save(entry.first, entry.second);
+            former.remove(entry.first.id());
+        }
+    } catch (...) {
+        // What is not stored does not count either.
+        const QMutexLocker locker(&m_mutex);
+        for (auto entry = former.cbegin(); entry != former.cend(); ++entry)
+            m_commands.insert(entry.key(), entry.value());
+        throw;
+    }
     emit CommandsChanged();
 }
 

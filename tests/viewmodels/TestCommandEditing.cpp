@@ -102,6 +102,8 @@ void TestCommandEditing::phrasesAreChecked_data() {
     row("marks in a command", 2, QString("т.д."),
         QString("Команда должна содержать произносимый текст"));
     row("taken", 3, QString("открыть"), QString("Такая команда/автозамена уже существует"));
+    row("taken, as it is stored", 3, QString("новая   строка"),
+        QString("Такая команда/автозамена уже существует"));
     row("free", 3, QString("вставить осмотр 2"), QString());
 }
 

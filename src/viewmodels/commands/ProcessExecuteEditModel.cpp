@@ -6,15 +6,22 @@ ProcessExecuteEditModel::ProcessExecuteEditModel(UserCommandViewModel *command,
                                                  CommandsCollectionViewModel *collection)
     : CommandEditModel(command, collection) {
     if (command)
-        m_text.SetText(command->get_Text());
+        m_text.SetText(pathOf(command->get_Text()));
     m_text.setValidator(ValidateText);
     connect(&m_text, &ValidatableText::changed_Text, this, &ProcessExecuteEditModel::takePathOfUrl);
 }
 
+QString ProcessExecuteEditModel::pathOf(const QString &text) {
+    // A path that is no URL may hold what would end the path of one.
+    return text.startsWith(QLatin1String("file:/"), Qt::CaseInsensitive)
+               ? QUrl(text).path(QUrl::FullyDecoded)
+               : text;
+}
+
 void ProcessExecuteEditModel::takePathOfUrl(const QString &text) {
-    // A path that is none may hold what would end the path of a URL.
-    if (text.startsWith(QLatin1String("file:"), Qt::CaseInsensitive))
-        m_text.set_Text(QUrl(text).path(QUrl::FullyDecoded));
+    const QString path = pathOf(text);
+    if (path != text)
+        m_text.set_Text(path);
 }
 
 void ProcessExecuteEditModel::ValidateText(ValidatableText::ValidationArgs *args) {

@@ -18,6 +18,8 @@ public:
 
 private:
     static void ValidateText(ValidatableText::ValidationArgs *args);
+    /// A "file:" URL as a path; any other text as it is.
+    static QString pathOf(const QString &text);
     void takePathOfUrl(const QString &text);
 
     ValidatableText m_text{this};

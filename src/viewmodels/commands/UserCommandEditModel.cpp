@@ -9,7 +9,8 @@ UserCommandEditModel::UserCommandEditModel(UserCommandViewModel *command,
 
 bool UserCommandEditModel::isTaken(const QString &pattern) const {
     const UserCommandViewModel *found =
-        m_collection ? m_collection->findCommand(m_themeId, pattern) : nullptr;
+        // As it would be stored: blanks that are dropped then make no other phrase.
+        m_collection ? m_collection->findCommand(m_themeId, pattern.simplified()) : nullptr;
     return found && found != m_command;
 }
 

@@ -26,6 +26,8 @@ EditWindow {
 
         Layout.fillWidth: true
         readOnly: true
+        // Escape is a key like others here.
+        Keys.onShortcutOverride: function(event) { event.accepted = event.key === Qt.Key_Escape }
         placeholderText: qsTr("Нажмите сочетание клавиш")
         validatable: dialog.viewmodel ? dialog.viewmodel.Text : null
         Accessible.name: dialog.executionHeader
