@@ -20,12 +20,16 @@
 #include "core/settings/ASRSettings.h"
 #include "core/settings/FormApiSettings.h"
 #include "core/settings/HotkeySettings.h"
+#include "core/settings/SelfTestSettings.h"
+#include "core/settings/StatisticsSettings.h"
 #include "core/workers/SubService.h"
 #include "desktop/HotKeyManager.h"
 #include "desktop/Hotkey.h"
 #include "desktop/NativeGeometry.h"
 #include "desktop/SystemTray.h"
 #include "desktop/TextWriter.h"
+#include "diagnostics/SelfTest.h"
+#include "diagnostics/SelfTestViewModel.h"
 #include "formapi/RestProxyServer.h"
 #include "formapi/WebSocketProxyServer.h"
 #include "recognition/AsrManager.h"
@@ -35,17 +39,22 @@
 #include "viewmodels/QmlTypes.h"
 #include "viewmodels/SettingsContainerViewModel.h"
 #include "viewmodels/commands/CommandsViewModel.h"
+#include "viewmodels/feedback/AvocadoViewModel.h"
+#include "viewmodels/feedback/FeedbackViewModel.h"
 #include "viewmodels/settings/AboutSettingsViewModel.h"
 #include "viewmodels/settings/AudioDeviceSettingsViewModel.h"
 #include "viewmodels/settings/LaunchSettingsViewModel.h"
 #include "viewmodels/settings/NetworkSettingsViewModel.h"
 #include "viewmodels/settings/RecognitionSettingsViewModel.h"
 #include "viewmodels/settings/SynthesisSettingsViewModel.h"
+#include "viewmodels/statistics/StatisticsSettingsViewModel.h"
+#include "viewmodels/statistics/StatisticsViewModel.h"
 
 #include <QApplication>
 #include <QDebug>
 #include <QFont>
 #include <QIcon>
+#include <QLibraryInfo>
 #include <QMessageBox>
 #include <QMutexLocker>
 #include <QProcess>
@@ -53,6 +62,7 @@
 #include <QQmlContext>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QTranslator>
 #include <QWindow>
 
 namespace {
@@ -78,6 +88,15 @@ QSystemTrayIcon::MessageIcon messageIcon(NotificationType type) {
         return QSystemTrayIcon::Critical;
     }
     return QSystemTrayIcon::NoIcon;
+}
+
+/// The buttons of Qt's own dialogs in the language of all other texts.
+void translateDialogs(QTranslator *translator) {
+    if (translator->load(QStringLiteral("qtbase_ru"),
+                         QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(translator);
+    else
+        qInfo() << "Qt's Russian texts are not installed";
 }
 
 } // namespace
@@ -116,6 +135,8 @@ int WindowsManager::runApplication(int argc, char **argv) {
     InitLogger(argc, argv);
     if (m_mainWindow)
         return -1;
+    QTranslator dialogs;
+    translateDialogs(&dialogs);
     QApplication::setWindowIcon(QIcon(m_iconPath));
     QApplication::setQuitOnLastWindowClosed(false);
     chooseGraphicsBackend();
@@ -158,14 +179,23 @@ int WindowsManager::runApplication(int argc, char **argv) {
     LaunchSettingsViewModel launch;
     SynthesisSettingsViewModel synthesis;
     connectLaunchSettings(&launch);
-    SettingsContainerViewModel settings(
-        {&audio, &launch, &recognition, &synthesis, &network, &about}, m_connectionManager);
+    StatisticsSettingsViewModel statistics;
+    m_statisticsEnabled = StatisticsSettings().FillOrganisationUserInfo;
+    QList<AppSettingsViewModel *> pages{&audio,     &launch,  &recognition,
+                                        &synthesis, &network, &about};
+    if (m_statisticsEnabled) {
+        pages << &statistics;
+        connect(&statistics, &StatisticsSettingsViewModel::needRestartApplication, this,
+                &WindowsManager::restartApplication);
+    }
+    SettingsContainerViewModel settings(pages, m_connectionManager);
     CommandsViewModel commands;
     engine.rootContext()->setContextProperty(QStringLiteral("settingsViewModel"), &settings);
     engine.rootContext()->setContextProperty(QStringLiteral("recognitionSettingsViewModel"),
                                              &recognition);
     engine.rootContext()->setContextProperty(QStringLiteral("commandsViewModel"), &commands);
     createRestProxy(&engine);
+    createUserViewModels(&engine);
     loadCommands(&autoReplace, &userCommands);
     commands.set_UserCommandsManager(&userCommands);
     commands.set_CommandTypes(userCommands.get_CommandTypes());
@@ -180,6 +210,8 @@ int WindowsManager::runApplication(int argc, char **argv) {
     connect(&commands, &CommandsViewModel::commandsChanged, m_webSocketWorker->asrManager(),
             &AsrManager::stopRecognition);
     createTtsManager(m_playbackDevice, &synthesis);
+    if (SelfTestSettings().Enabled)
+        createSelfTest(&engine);
     engine.rootContext()->setContextProperty(QStringLiteral("windowsManager"), this);
     followPrimaryScreen();
     return runInterface(&engine);
@@ -191,6 +223,11 @@ void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     // Devices may come and go to the very end.
     m_recordingDevice->disconnect(this);
     pulseAudio->Stop();
+    m_selfTest.reset();
+    m_selfTestViewModel.reset();
+    m_feedbackViewModel.reset();
+    m_avocadoViewModel.reset();
+    m_statisticsViewModel.reset();
     m_restProxy.reset();
     m_heartbeatService = nullptr;
     while (!m_subServices.empty())
@@ -353,6 +390,33 @@ void WindowsManager::createRestProxy(QQmlApplicationEngine *engine) {
     engine->rootContext()->setContextProperty(QStringLiteral("restProxyServer"), m_restProxy.get());
     connect(m_connectionManager, &ConnectionManager::stateChanged, m_restProxy.get(),
             &RestProxyServer::onWsConnectionState);
+}
+
+void WindowsManager::createUserViewModels(QQmlApplicationEngine *engine) {
+    AsrManager *asrManager = m_webSocketWorker->asrManager();
+    m_feedbackViewModel = std::make_unique<FeedbackViewModel>(asrManager, m_recordingDevice);
+    connect(m_feedbackViewModel.get(), &FeedbackViewModel::notifyUser, this,
+            &WindowsManager::processUserNotification);
+    m_avocadoViewModel =
+        std::make_unique<AvocadoViewModel>(asrManager, m_webSocketWorker->localAvocadoManager());
+    connect(m_avocadoViewModel.get(), &AvocadoViewModel::notifyUser, this,
+            &WindowsManager::processUserNotification);
+    m_statisticsViewModel = std::make_unique<StatisticsViewModel>();
+    engine->rootContext()->setContextProperty(QStringLiteral("feedbackViewModel"),
+                                              m_feedbackViewModel.get());
+    engine->rootContext()->setContextProperty(QStringLiteral("avocadoViewModel"),
+                                              m_avocadoViewModel.get());
+    engine->rootContext()->setContextProperty(QStringLiteral("statisticsViewModel"),
+                                              m_statisticsViewModel.get());
+}
+
+void WindowsManager::createSelfTest(QQmlApplicationEngine *engine) {
+    m_selfTestViewModel = std::make_unique<SelfTestViewModel>(nullptr);
+    m_selfTest =
+        std::make_unique<SelfTest>(m_selfTestViewModel.get(), m_webSocketWorker,
+                                   m_connectionManager, m_heartbeat, m_recordingDevice, nullptr);
+    engine->rootContext()->setContextProperty(QStringLiteral("selfTestViewModel"),
+                                              m_selfTestViewModel.get());
 }
 
 void WindowsManager::createTtsManager(PlaybackDeviceManager *playbackDevice,

@@ -14,9 +14,11 @@
 #include <vector>
 
 class AutoReplaceManager;
+class AvocadoViewModel;
 class CommandsViewModel;
 class ConnectionHeartbeat;
 class ConnectionManager;
+class FeedbackViewModel;
 class HotKeyManager;
 class LaunchSettingsViewModel;
 class NetworkSettingsViewModel;
@@ -28,6 +30,9 @@ class RecognitionSettingsViewModel;
 class RecordingDeviceManager;
 class RestProxyServer;
 class RunGuard;
+class SelfTest;
+class SelfTestViewModel;
+class StatisticsViewModel;
 class SubService;
 class SynthesisSettingsViewModel;
 class SystemTray;
@@ -107,6 +112,9 @@ private:
                                  RecordingDeviceManager *recordingDevice);
     void createHeartbeat();
     void createRestProxy(QQmlApplicationEngine *engine);
+    /// Feedback, personal words and the profile.
+    void createUserViewModels(QQmlApplicationEngine *engine);
+    void createSelfTest(QQmlApplicationEngine *engine);
     void createTtsManager(PlaybackDeviceManager *playbackDevice,
                           SynthesisSettingsViewModel *synthesis);
     void createTray(QQmlApplicationEngine *engine);
@@ -140,6 +148,12 @@ private:
     PlaybackDeviceManager *m_playbackDevice = nullptr;
     std::unique_ptr<TtsManager> m_ttsManager;
     std::unique_ptr<RestProxyServer> m_restProxy;
+    std::unique_ptr<FeedbackViewModel> m_feedbackViewModel;
+    std::unique_ptr<AvocadoViewModel> m_avocadoViewModel;
+    std::unique_ptr<StatisticsViewModel> m_statisticsViewModel;
+    std::unique_ptr<SelfTestViewModel> m_selfTestViewModel;
+    std::unique_ptr<SelfTest> m_selfTest;
+    bool m_statisticsEnabled = false;
     HotKeyManager *m_hotKeyManager = nullptr;
     RunGuard *m_runGuard = nullptr;
     QMutex m_notificationMutex;

@@ -2,8 +2,11 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import "qrc:/OstrelStyle" as Ostrel
 import "qrc:/Views/CommandViews"
+import "qrc:/Views/FeedbackViews"
 import "qrc:/Views/MonitorViews"
+import "qrc:/Views/SelfTest"
 import "qrc:/Views/SettingsViews"
+import "qrc:/Views/StatisticsViews"
 import "qrc:/Views/ThemeViews"
 
 // The root of all windows: never hidden, one pixel while there is nothing to show.
@@ -38,6 +41,16 @@ Ostrel.FixedWindow {
         }
         replacesLoader.active = true
         bringUp(replacesLoader.item)
+    }
+
+    // Of a form that asks before it drops what was written.
+    function showForm(loader, viewmodel) {
+        if (loader.active) {
+            bringUp(loader.item)
+        } else {
+            viewmodel.onLoad()
+            loader.active = true
+        }
     }
 
     // In the middle of the screen, and never larger than it.
@@ -83,7 +96,26 @@ Ostrel.FixedWindow {
     }
 
     Loader {
+        id: statisticsLoader
+        sourceComponent: StatisticsWindow {
+            onClosing: {
+                if (statisticsViewModel.NeedShow)
+                    windowsManager.closeApplication()
+                statisticsLoader.active = false
+                splashLoader.active = true
+            }
+        }
+        onLoaded: {
+            if (!statisticsViewModel.NeedShow) {
+                active = false
+                splashLoader.active = true
+            }
+        }
+    }
+
+    Loader {
         id: splashLoader
+        active: false
         sourceComponent: SlpashWindow {
             splashSource: "replaceable/splashScreen.png"
             logoSource: "replaceable/logo_white_medium.png"
@@ -130,6 +162,52 @@ Ostrel.FixedWindow {
         onLoaded: {
             mainWindow.place(item)
             commandsViewModel.onLoad()
+        }
+    }
+
+    component FormLoader: Loader {
+        id: form
+
+        property QtObject viewmodel
+
+        active: false
+
+        Connections {
+            target: form.item
+            function onClosing(close) {
+                if (!form.viewmodel.IsCloseConfirmed)
+                    close.accepted = form.viewmodel.cancelCommand()
+                if (close.accepted)
+                    form.active = false
+                form.viewmodel.IsCloseConfirmed = false
+            }
+        }
+    }
+
+    FormLoader {
+        id: feedbackLoader
+        viewmodel: feedbackViewModel
+        sourceComponent: FeedbackWindow {}
+    }
+
+    FormLoader {
+        id: avocadoLoader
+        viewmodel: avocadoViewModel
+        sourceComponent: AvocadoWindow {}
+    }
+
+    Loader {
+        id: selfTestLoader
+        active: false
+        sourceComponent: SelfTestWindow {
+            onClosing: {
+                selfTestViewModel.close()
+                selfTestLoader.active = false
+            }
+        }
+        onLoaded: {
+            mainWindow.place(item)
+            selfTestViewModel.load()
         }
     }
 
@@ -180,6 +258,16 @@ Ostrel.FixedWindow {
         }
         function onSignalShowReplaces() {
             mainWindow.showReplaces()
+        }
+        function onSignalShowFeedback() {
+            mainWindow.showForm(feedbackLoader, feedbackViewModel)
+        }
+        function onSignalShowAvocado() {
+            mainWindow.showForm(avocadoLoader, avocadoViewModel)
+        }
+        function onSignalSelfTest() {
+            selfTestLoader.active = true
+            mainWindow.bringUp(selfTestLoader.item)
         }
         function onSignalConnectRequest() {
             windowsManager.restartConnection()

@@ -17,6 +17,7 @@ public:
     void setId(const QString &id) { m_id = id; }
     /// The second identity, or the first where there is none.
     QString themeId() const { return m_themeId.isEmpty() ? m_id : m_themeId; }
+    void setThemeId(const QString &themeId) { m_themeId = themeId; }
     QString name() const { return m_name; }
     void setName(const QString &name) { m_name = name; }
     QString version() const { return m_version; }

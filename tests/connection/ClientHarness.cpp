@@ -28,9 +28,9 @@ ClientHarness::ClientHarness(const Stand &stand) {
     m_socketService = std::make_unique<SubService>(m_worker, true);
     m_manager = new ConnectionManager(m_worker->wsClient(), m_worker->asrManager(), &m_recording);
     m_managerService = std::make_unique<SubService>(m_manager, true);
-    auto *heartbeat = new ConnectionHeartbeat(m_worker->wsClient());
-    m_heartbeatService = std::make_unique<SubService>(heartbeat, false);
-    connect(heartbeat, &ConnectionHeartbeat::timeout, m_manager,
+    m_heartbeat = new ConnectionHeartbeat(m_worker->wsClient());
+    m_heartbeatService = std::make_unique<SubService>(m_heartbeat, false);
+    connect(m_heartbeat, &ConnectionHeartbeat::timeout, m_manager,
             &ConnectionManager::onDisconnectRequested);
     connect(m_manager, &ConnectionManager::disconnected, m_worker->resultManager(),
             &ResultManager::flushResult);

@@ -12,6 +12,7 @@
 
 #include <memory>
 
+class ConnectionHeartbeat;
 class Stand;
 
 /// A list of devices on a machine without any.
@@ -43,6 +44,7 @@ public:
 
     ConnectionManager *manager() const { return m_manager; }
     WebSocketWorker *worker() const { return m_worker; }
+    ConnectionHeartbeat *heartbeat() const { return m_heartbeat; }
     AsrManager *asr() const { return m_worker->asrManager(); }
     UserCommandsManager &userCommands() { return m_userCommands; }
     RecordingDeviceManager &recording() { return m_recording; }
@@ -68,6 +70,7 @@ private:
     RecordingDeviceManager m_recording{&m_noDevices, nullptr};
     WebSocketWorker *m_worker;
     ConnectionManager *m_manager;
+    ConnectionHeartbeat *m_heartbeat;
     std::unique_ptr<SubService> m_socketService;
     std::unique_ptr<SubService> m_managerService;
     std::unique_ptr<SubService> m_heartbeatService;

@@ -4,12 +4,16 @@
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
 #include "core/settings/ConnectionManagerSettings.h"
+#include "core/settings/StatisticsSettings.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QTest>
 
 Program::Program(const QString &executable) {
+    // The profile is asked for where a test says so.
+    if (!StatisticsSettings().contains("FillOrganisationUserInfo"))
+        StatisticsSettings().setValue("FillOrganisationUserInfo", false);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // With whole stacks a leak of Qt's can be told from one of ours.

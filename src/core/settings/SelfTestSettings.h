@@ -2,6 +2,18 @@
 
 #include "core/settings/Setting.h"
 
+#include <QList>
+
+/// A sound file of the measuring test run.
+struct SelfTestFile {
+    /// Of raw sound in the microphone's format; may hold variables.
+    QString path;
+    /// Silence behind the file, bytes.
+    int tail = 0;
+    /// How many final results the server is to give.
+    int results = 0;
+};
+
 /// The measuring test run; times in milliseconds.
 class SelfTestSettings : public Settings {
 public:
@@ -13,4 +25,7 @@ public:
     Setting<int> StartTimeout{this, QStringLiteral("StartTimeout"), 5000};
     Setting<int> StopTimeout{this, QStringLiteral("StopTimeout"), 18000000};
     Setting<int> SoundPeriod{this, QStringLiteral("SoundPeriod"), 200};
+
+    /// In the order of the settings file.
+    QList<SelfTestFile> get_Files();
 };

@@ -12,6 +12,8 @@ ApplicationWindow {
     flags: Qt.Dialog
     modality: Qt.WindowModal
     visible: true
+    // Before, what is given the focus does not get it.
+    onActiveChanged: if (active) Qt.callLater(focusFirst)
 
     background: Rectangle {
         border.width: 1
@@ -29,7 +31,7 @@ ApplicationWindow {
 
     // Without a focus no key would reach the window, not even Tab.
     function focusFirst() {
-        if (!activeFocusItem)
+        if (!activeFocusItem || activeFocusItem === contentItem)
             contentItem.nextItemInFocusChain(true).forceActiveFocus()
     }
 

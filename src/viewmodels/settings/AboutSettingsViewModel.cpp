@@ -2,6 +2,7 @@
 
 #include "core/AppVariables.h"
 #include "core/settings/ClientInfoSettings.h"
+#include "desktop/BusyNotice.h"
 #include "diagnostics/GeneralSystemInformationManager.h"
 
 #include <QFileDialog>
@@ -50,6 +51,8 @@ QString AboutSettingsViewModel::get_BackgroundColor() const {
 void AboutSettingsViewModel::collectSystemInfo() {
     const QString path = QFileDialog::getSaveFileName(
         nullptr, tr("Save File"), QStringLiteral("SysInfo.tar.gz"), tr("Archive (*.tar.gz)"));
-    if (!path.isEmpty())
-        GeneralSystemInformationManager().CollectSystemInformation(path);
+    if (path.isEmpty())
+        return;
+    const BusyNotice notice(tr("Сбор данных о системе…"));
+    GeneralSystemInformationManager().CollectSystemInformation(path);
 }

@@ -13,8 +13,6 @@ Ostrel.SubWindow {
     minimumWidth: 640
     minimumHeight: 400
 
-    Component.onCompleted: Qt.callLater(focusFirst)
-
     ColumnLayout {
         anchors.fill: parent
         anchors.margins: 8

@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import "qrc:/Controls"
 import "qrc:/OstrelStyle" as Ostrel
 
 ColumnLayout {

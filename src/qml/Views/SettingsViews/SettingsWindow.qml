@@ -15,7 +15,7 @@ Ostrel.SubWindow {
     }
 
     title: qsTr("Настройки")
-    width: 720
+    width: 800
     height: 560
     minimumWidth: 640
     minimumHeight: 480
@@ -23,8 +23,6 @@ Ostrel.SubWindow {
         if (!isApplied)
             settingsViewModel.cancelCommand()
     }
-
-    Component.onCompleted: Qt.callLater(focusFirst)
 
     ColumnLayout {
         anchors.fill: parent
