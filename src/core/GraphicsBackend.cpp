@@ -1,8 +1,8 @@
 #include "core/GraphicsBackend.h"
 
-#include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QOpenGLContext>
 #include <QQuickWindow>
 
 namespace {
@@ -14,11 +14,25 @@ bool hasGraphicsCard() {
            QFile::exists(QStringLiteral("/dev/nvidiactl"));
 }
 
+constexpr const char *integration = "QT_XCB_GL_INTEGRATION";
+
 } // namespace
 
-void chooseGraphicsBackend() {
+GraphicsBackend::GraphicsBackend() {
     if (qEnvironmentVariableIsSet("QT_QUICK_BACKEND") || hasGraphicsCard())
         return;
-    qInfo() << "No graphics card, drawing without GL";
     QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
+    if (qEnvironmentVariableIsSet(integration))
+        return;
+    // Else the emulated one is loaded all the same.
+    qputenv(integration, "none");
+    m_hasSetIntegration = true;
+}
+
+void GraphicsBackend::leaveEnvironment() const {
+    if (!m_hasSetIntegration)
+        return;
+    // Qt reads it when it is first asked for GL.
+    QOpenGLContext::supportsThreadedOpenGL();
+    qunsetenv(integration);
 }

@@ -131,7 +131,9 @@ int WindowsManager::start(int argc, char **argv) {
 int WindowsManager::runApplication(int argc, char **argv) {
     // Before the application object, so that every widget starts with it.
     QApplication::setFont(QFont(m_fontFamily));
+    const GraphicsBackend graphics;
     QApplication application(argc, argv);
+    graphics.leaveEnvironment();
     InitLogger(argc, argv);
     if (m_mainWindow)
         return -1;
@@ -139,7 +141,6 @@ int WindowsManager::runApplication(int argc, char **argv) {
     translateDialogs(&dialogs);
     QApplication::setWindowIcon(QIcon(m_iconPath));
     QApplication::setQuitOnLastWindowClosed(false);
-    chooseGraphicsBackend();
     QQmlApplicationEngine engine;
 
     RunGuard guard(QStringLiteral("Vellumar_Qt"));

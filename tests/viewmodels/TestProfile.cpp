@@ -49,6 +49,8 @@ private slots:
     void filesAreJudged_data();
     void filesAreJudged();
     void isAskedForUntilComplete();
+    void shippedFilesAreWhole();
+    void filesAreMadeOfTables();
 
 private:
     void put(const char *file, const QList<QJsonObject> &records) const;
@@ -101,7 +103,8 @@ void TestProfile::namesAreChecked_data() {
     row("nothing", QString(), QString("Поле обязательно для заполнения!"));
     row("one word", QString("Иванов"), QString("Укажите ФИО полностью"));
     row("255 characters", "Я " + QString(253, QChar(0x44B)), QString());
-    row("256 characters", "Я " + QString(254, QChar(0x44B)), QString("ФИО не может превышать 255 символов"));
+    row("256 characters", "Я " + QString(254, QChar(0x44B)),
+        QString("ФИО не может превышать 255 символов"));
     row("an open bracket", QString("Иванов (Иван"), QString("Пропущена закрывающая скобка"));
     row("a closed bracket", QString("Иванов Иван)"), QString("Не проставлена открывающая скобка"));
     row("two blanks", QString("Иванов  Иван"),
@@ -241,6 +244,54 @@ void TestProfile::isAskedForUntilComplete() {
     StatisticsSettings().FillOrganisationUserInfo = false;
     QVERIFY(!open()->get_NeedShow());
     QCOMPARE(open()->get_Regions(), QStringList());
+}
+
+void TestProfile::shippedFilesAreWhole() {
+    desk().run(SOURCE "/scripts/reference-data", {"check", SOURCE "/reference"});
+    ReferenceData data(SOURCE "/reference");
+    QVERIFY(data.Load());
+    QCOMPARE(data.regions().size(), 89);
+    QCOMPARE(data.regions().find(77)->displayName(), QString("[77] Город Москва"));
+    for (const StatisticsRegion &region : data.regions()) {
+        for (const StatisticsCity &city : region.cities()) {
+            for (const StatisticsOrganisation &organisation : city.organisations())
+                QVERIFY(organisation.displayName().startsWith("ОБРАЗЕЦ"));
+        }
+    }
+}
+
+void TestProfile::filesAreMadeOfTables() {
+    // In Windows-1251: "Москва".
+    QVERIFY(save(m_folder->filePath("regions.csv"), "code;name\n77;\xcc\xee\xf1\xea\xe2\xe0\n"));
+    QVERIFY(save(m_folder->filePath("clinics.csv"),
+                 "id,regionId,organizationType,nameShort,areaName\n1,77,1,\"Яуза, клиника\",\n"));
+    QVERIFY(save(m_folder->filePath("specialisations.json"),
+                 R"([{"ID": 1, "NAME": "Терапия", "PARENT": 0}])"));
+    const QStringList arguments{"build",
+                                "--regions",
+                                m_folder->filePath("regions.csv"),
+                                "--clinics",
+                                m_folder->filePath("clinics.csv"),
+                                "--specialisations",
+                                m_folder->filePath("specialisations.json"),
+                                "--column",
+                                "SUBJECT=name",
+                                "--column",
+                                "ID=code",
+                                m_folder->filePath("out")};
+    desk().run(SOURCE "/scripts/reference-data", arguments);
+    ReferenceData data(m_folder->filePath("out"));
+    QVERIFY(data.Load());
+    QCOMPARE(data.professions(), QStringList("Терапия"));
+    const StatisticsCity &city = data.regions().find(77)->cities().front();
+    QCOMPARE(city.name() + ": " + city.organisations().front().displayName(),
+             QString("Москва: Яуза, клиника"));
+
+    // A clinic of no region leaves what is there.
+    QVERIFY(save(m_folder->filePath("clinics.csv"),
+                 "id,regionId,organizationType,nameShort\n1,,1,A\n"));
+    QVERIFY(desk().ask(SOURCE "/scripts/reference-data", arguments).isEmpty());
+    QVERIFY(ReferenceData(m_folder->filePath("out")).Load());
 }
 
 DESK_CORE_TEST_MAIN(TestProfile)
