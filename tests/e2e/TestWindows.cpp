@@ -2,8 +2,8 @@
 #include "Files.h"
 #include "KeyReceiver.h"
 #include "Program.h"
+#include "ProgramWindow.h"
 #include "Stand.h"
-#include "TrayMenu.h"
 #include "XKeyboard.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
@@ -17,67 +17,8 @@
 
 namespace {
 
-/// The entries of the tray's menu while there is a connection.
-enum Entry { SettingsEntry = 0, ReplacesEntry = 1 };
-
 /// Where the tabs of the settings are.
 enum Tab { LaunchTab = 150, RecognitionTab = 263, NetworkTab = 455 };
-
-/// A window of the program, worked with mouse and keyboard.
-class Window {
-public:
-    explicit Window(const QString &title) {
-        const bool isThere = QTest::qWaitFor(
-            [&] {
-                const QString found =
-                    desk().ask("xdotool", {"search", "--onlyvisible", "--name", '^' + title + '$'});
-                m_id = found.section('\n', -1);
-                return !m_id.isEmpty();
-            },
-            20000);
-        if (!isThere)
-            qWarning() << "No window" << title;
-        else
-            desk().ask("xdotool", {"windowactivate", "--sync", m_id});
-    }
-
-    bool isOpen() const { return !m_id.isEmpty() && geometry().contains("WIDTH"); }
-    bool isGone() const {
-        return QTest::qWaitFor([this] { return !isOpen(); });
-    }
-    /// A place from the left and the top, or from the right and the bottom if negative.
-    void click(int x, int y, int times = 1) const {
-        const QString shape = geometry();
-        const auto place = [&shape](int value, const char *size) {
-            const int whole = shape.section(size, 1).section('\n', 0, 0).toInt();
-            return QString::number(value < 0 ? whole + value : value);
-        };
-        desk().run("xdotool",
-                   {"mousemove", "--window", m_id, place(x, "WIDTH="), place(y, "HEIGHT="), "click",
-                    "--repeat", QString::number(times), "--delay", "50", "1"});
-    }
-    /// The button at the right of the lower edge.
-    void accept() const { click(-66, -27); }
-    static void key(const QString &keys) {
-        desk().run("xdotool", QStringList{"key", "--delay", "50"} + keys.split(' '));
-    }
-    static void type(const QString &text) {
-        desk().run("xdotool", {"type", "--delay", "20", text});
-    }
-
-private:
-    QString geometry() const {
-        return desk().ask("xdotool", {"getwindowgeometry", "--shell", m_id});
-    }
-
-    QString m_id;
-};
-
-Window openFromTray(Entry entry, const QString &title) {
-    if (TrayMenu::open())
-        TrayMenu::click(entry);
-    return Window(title);
-}
 
 } // namespace
 
@@ -98,7 +39,9 @@ private slots:
 
 private:
     void start(bool isThemeChosen);
-    Window openSettings() const { return openFromTray(SettingsEntry, "Настройки"); }
+    ProgramWindow openSettings() const {
+        return ProgramWindow::openFromTray(ProgramWindow::SettingsEntry, "Настройки");
+    }
 
     std::unique_ptr<Stand> m_stand;
     std::unique_ptr<Program> m_program;
@@ -133,8 +76,8 @@ void TestWindows::start(bool isThemeChosen) {
 
 void TestWindows::asksForADictionary() {
     start(false);
-    const Window window("Выбор темы");
-    Window::key("Down");
+    const ProgramWindow window("Выбор темы");
+    ProgramWindow::key("Down");
     window.accept();
     QVERIFY(window.isGone());
     const QJsonObject theme = m_stand->waitForMessage(MessageType::SelectTheme);
@@ -145,8 +88,8 @@ void TestWindows::asksForADictionary() {
 
 void TestWindows::doesNotGoOnWithoutADictionary() {
     start(false);
-    const Window window("Выбор темы");
-    Window::key("Escape");
+    const ProgramWindow window("Выбор темы");
+    ProgramWindow::key("Escape");
     QVERIFY(window.isGone());
     QCOMPARE(m_program->waitForExit(), 0);
     QCOMPARE(ASRSettings().SelectedTheme.get(), QString());
@@ -155,15 +98,15 @@ void TestWindows::doesNotGoOnWithoutADictionary() {
 void TestWindows::settingsReachTheServer() {
     start(true);
     {
-        const Window window = openSettings();
+        const ProgramWindow window = openSettings();
         window.click(RecognitionTab, 33);
         window.click(300, 103);
-        Window::key("Down Down Return");
+        ProgramWindow::key("Down Down Return");
         window.click(LaunchTab, 33);
         // The lower of the two choices of a key.
         window.click(36, 270);
         window.click(-200, 270);
-        Window::key("Down Return");
+        ProgramWindow::key("Down Return");
         m_stand->forget();
         window.accept();
         QVERIFY(window.isGone());
@@ -180,10 +123,10 @@ void TestWindows::settingsReachTheServer() {
 
     // What is not accepted changes nothing.
     const QByteArray before = bytesOf(Settings(QString()).fileName());
-    const Window window = openSettings();
+    const ProgramWindow window = openSettings();
     window.click(RecognitionTab, 33);
     window.click(36, 143);
-    Window::key("Escape");
+    ProgramWindow::key("Escape");
     QVERIFY(window.isGone());
     QCOMPARE(bytesOf(Settings(QString()).fileName()), before);
 }
@@ -194,17 +137,17 @@ void TestWindows::devicesChangeAtOnce() {
     RecordingDeviceSettings().Name = "mic";
     start(true);
     {
-        const Window window = openSettings();
+        const ProgramWindow window = openSettings();
         window.click(-200, 215);
-        Window::key("End Return");
+        ProgramWindow::key("End Return");
         QVERIFY(m_program->waitForLog("Created audio input  \"Other\""));
         // Closed by the window manager.
-        Window::key("alt+F4");
+        ProgramWindow::key("alt+F4");
         QVERIFY(window.isGone());
         QVERIFY2(m_program->waitForLog("Created audio input  \"Microphone\""), "not accepted");
     }
     const QString stored = RecordingDeviceSettings().Name;
-    const Window window = openSettings();
+    const ProgramWindow window = openSettings();
     desk().unloadModule("module-remap-source");
     QVERIFY(m_program->waitForLog("Delete audio input"));
     window.accept();
@@ -216,21 +159,21 @@ void TestWindows::devicesChangeAtOnce() {
 
 void TestWindows::wrongAddressIsRefused() {
     start(true);
-    const Window window = openSettings();
+    const ProgramWindow window = openSettings();
     window.click(NetworkTab, 33);
     window.click(300, 144, 3);
-    Window::type("two words");
+    ProgramWindow::type("two words");
     window.click(70, 33);
     window.accept();
     // The page at fault is shown, with the focus where the fault is.
-    Window::key("ctrl+a");
-    Window::type("localhost");
+    ProgramWindow::key("ctrl+a");
+    ProgramWindow::type("localhost");
 
     QVERIFY(window.isOpen());
     QCOMPARE(BalancerConnectionSettings().Ip.get(), QString("127.0.0.1"));
     m_stand->forget();
     // To the port, and past "Отмена".
-    Window::key("Tab Tab Tab Return");
+    ProgramWindow::key("Tab Tab Tab Return");
     QVERIFY(window.isGone());
     QVERIFY2(!m_stand->waitFor("connected").isEmpty(), "the new address is tried at once");
     QCOMPARE(BalancerConnectionSettings().Ip.get(), QString("localhost"));
@@ -240,19 +183,20 @@ void TestWindows::commandsAreEdited() {
     KeyReceiver receiver;
     start(true);
     {
-        const Window window = openFromTray(ReplacesEntry, "Автозамена");
-        Window::key("Insert");
-        const Window dialog("Добавить");
-        Window::type("bp");
-        Window::key("Tab");
-        Window::type("blood pressure");
-        Window::key("Tab Tab Return");
+        const ProgramWindow window =
+            ProgramWindow::openFromTray(ProgramWindow::ReplacesEntry, "Автозамена");
+        ProgramWindow::key("Insert");
+        const ProgramWindow dialog("Добавить");
+        ProgramWindow::type("bp");
+        ProgramWindow::key("Tab");
+        ProgramWindow::type("blood pressure");
+        ProgramWindow::key("Tab Tab Return");
         QVERIFY(dialog.isGone());
         // The new one is the current row.
-        Window::key("F4");
-        const Window change("Изменить");
-        Window::key("Down");
-        Window::type(" 120");
+        ProgramWindow::key("F4");
+        const ProgramWindow change("Изменить");
+        ProgramWindow::key("Down");
+        ProgramWindow::type(" 120");
         change.accept();
         QVERIFY(change.isGone());
         window.accept();

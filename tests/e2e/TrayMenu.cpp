@@ -29,7 +29,7 @@ void TrayMenu::click(int entry) {
     const QString menu = windowWith(menuType);
     const QString shape = xdotool("getwindowgeometry --shell " + menu);
     const int height = shape.section("HEIGHT=", 1).section('\n', 0, 0).toInt();
-    constexpr int entryHeight = 40;
+    constexpr int entryHeight = 49;
     const int y = entry * entryHeight + entryHeight / 2;
     xdotool(QString("mousemove --window %1 60 %2 click 1")
                 .arg(menu, QString::number(y < 0 ? height + y : y)));
