@@ -9,7 +9,7 @@ if(VELLUMAR_WERROR)
     target_compile_options(vellumar_options INTERFACE -Werror)
 endif()
 if(VELLUMAR_SANITIZE)
-    add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer
+    add_compile_options(-fsanitize=${VELLUMAR_SANITIZE} -fno-omit-frame-pointer
         -fno-sanitize-recover=undefined)
-    add_link_options(-fsanitize=address,undefined)
+    add_link_options(-fsanitize=${VELLUMAR_SANITIZE})
 endif()
