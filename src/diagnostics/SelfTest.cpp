@@ -157,8 +157,8 @@ void SelfTest::onPong(qulonglong elapsedTime, const QByteArray &) {
     m_viewModel->set_MaxDelay(m_ping.maximumMs);
     m_viewModel->set_MinDelay(m_ping.minimumMs);
     m_ping.sumMs += elapsedTime;
-    // Two decimals.
-    m_ping.averageMs = static_cast<double>(m_ping.sumMs * 100 / m_ping.responses) / 100.0;
+    const qulonglong hundredths = m_ping.sumMs * 100 / m_ping.responses;
+    m_ping.averageMs = static_cast<double>(hundredths) / 100.0;
     m_viewModel->set_AvgDelay(m_ping.averageMs);
     if (m_phase != Phase::Ping)
         return;

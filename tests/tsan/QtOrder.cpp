@@ -33,8 +33,7 @@ bool beforeEvent(void **) {
     return false;
 }
 
-const bool isRegistered =
-    QInternal::registerCallback(QInternal::EventNotifyCallback, beforeEvent);
+const bool isRegistered = QInternal::registerCallback(QInternal::EventNotifyCallback, beforeEvent);
 
 } // namespace
 
