@@ -377,6 +377,8 @@ void RecognitionSession::answerResult(const QString &text, bool isFinal, const Q
                                             {QStringLiteral("IsFinal"), isFinal},
                                             {kCommandId, commandId},
                                             {QStringLiteral("Words"), wordsOf(text)}});
+    logEvent(QStringLiteral("result"),
+             {{QStringLiteral("text"), text}, {QStringLiteral("final"), isFinal}});
 }
 
 void RecognitionSession::logEvent(const QString &event, QJsonObject fields) {

@@ -4,6 +4,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QMap>
 
 namespace {
 
@@ -28,8 +29,9 @@ void describe(QCommandLineParser *parser) {
         {kControl, QStringLiteral("Opens a control port, 0 for any free one."),
          QStringLiteral("number")},
         {kEngine,
-         QStringLiteral("\"acoustic\" recognises the sound, \"scripted\" says what the script "
-                        "says. Without this option: scripted if there is a script."),
+         QStringLiteral(
+             "\"acoustic\" recognises the sound, \"counting\" numbers it, \"scripted\" says "
+             "what the script says. Without this option: scripted if there is a script."),
          QStringLiteral("name")},
         {kScript, QStringLiteral("What the scripted engine says; see the README."),
          QStringLiteral("file")},
@@ -52,15 +54,20 @@ quint16 portOf(const QCommandLineParser &parser, const QString &option) {
 
 /// @throws Exception  there is no such engine
 StandOptions::Engine engineOf(const QCommandLineParser &parser) {
-    const QString scripted = QStringLiteral("scripted");
-    const QString acoustic = QStringLiteral("acoustic");
-    const QString unnamed = parser.isSet(kScript) ? scripted : acoustic;
+    static const QMap<QString, StandOptions::Engine> engines{
+        {QStringLiteral("acoustic"), StandOptions::Engine::Acoustic},
+        {QStringLiteral("counting"), StandOptions::Engine::Counting},
+        {QStringLiteral("scripted"), StandOptions::Engine::Scripted},
+    };
+    const QString unnamed =
+        parser.isSet(kScript) ? QStringLiteral("scripted") : QStringLiteral("acoustic");
     const QString name = parser.isSet(kEngine) ? parser.value(kEngine) : unnamed;
-    if (name != scripted && name != acoustic) {
-        throw Exception(QStringLiteral("there is no engine \"%1\": take %2 or %3")
-                            .arg(name, scripted, acoustic));
+    const auto engine = engines.constFind(name);
+    if (engine == engines.constEnd()) {
+        throw Exception(QStringLiteral("there is no engine \"%1\": take one of %2")
+                            .arg(name, engines.keys().join(QStringLiteral(", "))));
     }
-    return name == scripted ? StandOptions::Engine::Scripted : StandOptions::Engine::Acoustic;
+    return *engine;
 }
 
 } // namespace

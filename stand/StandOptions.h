@@ -9,7 +9,7 @@
 
 /// What the stand is told on its command line.
 struct StandOptions {
-    enum class Engine { Scripted, Acoustic };
+    enum class Engine { Scripted, Acoustic, Counting };
 
     quint16 port = 34000;
     quint16 restPort = 39255;

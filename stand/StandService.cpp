@@ -4,6 +4,7 @@
 #include "connection/messages/ServerListDTO.h"
 #include "core/Exception.h"
 #include "stand/AcousticEngine.h"
+#include "stand/CountingEngine.h"
 #include "stand/ScriptedEngine.h"
 #include "stand/SphinxDecoder.h"
 #include "themes/ClientThemeInfo.h"
@@ -306,6 +307,8 @@ QJsonObject StandService::openPorts(quint16 port, quint16 restPort) {
 std::unique_ptr<RecognitionEngine> StandService::makeEngine() {
     if (m_options.engine == StandOptions::Engine::Acoustic)
         return std::make_unique<AcousticEngine>(m_options.modelFolder);
+    if (m_options.engine == StandOptions::Engine::Counting)
+        return std::make_unique<CountingEngine>(&m_lastCounted);
     auto engine = std::make_unique<ScriptedEngine>(m_options.script);
     connect(
         engine.get(), &ScriptedEngine::commandReached, this, [this](const QJsonObject &command) {

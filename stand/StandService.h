@@ -62,6 +62,7 @@ private:
     const StandOptions m_options;
     EventLog m_log;
     QJsonArray m_themes;
+    int m_lastCounted = 0;
     std::vector<std::unique_ptr<SocketService>> m_sockets;
     std::vector<std::unique_ptr<RestService>> m_rests;
     ControlServer m_control;

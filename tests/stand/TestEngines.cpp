@@ -2,6 +2,7 @@
 #include "desk/DeskTest.h"
 #include "desk/Files.h"
 #include "stand/AcousticEngine.h"
+#include "stand/CountingEngine.h"
 #include "stand/ScriptedEngine.h"
 #include "stand/SpokenMarks.h"
 
@@ -79,6 +80,7 @@ private slots:
     void badScriptsAreExplained();
     void scriptFollowsTheSound_data();
     void scriptFollowsTheSound();
+    void soundIsNumbered();
     void spokenMarksAreWritten_data();
     void spokenMarksAreWritten();
     void speechIsRecognised_data();
@@ -126,6 +128,18 @@ void TestEngines::scriptFollowsTheSound() {
     QCOMPARE(listen(&engine, QByteArray(20000, 0), blockBytes), expected);
     // A second run begins the script anew.
     QCOMPARE(listen(&engine, QByteArray(20000, 0), blockBytes), expected);
+}
+
+void TestEngines::soundIsNumbered() {
+    const QByteArray sound(3 * 32000, 'a');
+    int last = 8;
+    CountingEngine first(&last);
+    QCOMPARE(listen(&first, sound + QByteArray(32000, 0), kBlockBytes),
+             QStringList({"~девять .", "девять ."}));
+    // What is begun is ended with the run, and no other engine says it again.
+    CountingEngine second(&last);
+    QCOMPARE(listen(&second, sound + sound.left(16000), kBlockBytes),
+             QStringList({"~один ноль .", "один ноль .", "~один один .", "один один ."}));
 }
 
 void TestEngines::spokenMarksAreWritten_data() {
