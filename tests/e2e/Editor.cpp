@@ -8,8 +8,13 @@ Editor::Editor(const QString &name) : m_file(desk().folder() + '/' + name) {
 }
 
 void Editor::focus() {
-    desk().run("xdotool",
-               {"search", "--sync", "--onlyvisible", "--name", m_file, "windowactivate", "--sync"});
+    // The search fails if any other window goes meanwhile; the name that it ends with tells.
+    const QString search =
+        "search --sync --onlyvisible --name %1 windowactivate --sync getwindowname";
+    const bool isFocused = QTest::qWaitFor(
+        [&] { return !desk().ask("xdotool", search.arg(m_file).split(' ')).isEmpty(); }, 20000);
+    if (!isFocused)
+        qWarning() << "No window" << m_file;
 }
 
 QString Editor::text() const {

@@ -21,6 +21,8 @@ public:
     QString log();
     /// Waits for a piece of the log behind the one that the last wait found.
     bool waitForLog(const QString &text, int timeoutMs = 20000);
+    /// Lets the next wait look at what comes from now on only.
+    void forgetLog() { m_position = log().size(); }
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     qint64 processId() const { return m_process.processId(); }
 
