@@ -3,14 +3,15 @@
 // one thread hands to another by a signal would look like a race. Linked into the program of the
 // preset "tsan" only.
 //
-// An emission or a posted event comes before every event that is delivered later, and an unlocked
-// mutex before its next lock. The first is more than Qt promises: a race may go unseen if any event
-// happens to pass between the two threads, but what is reported is real.
+// An emission, a posted event and an event that has been dealt with come before every event that is
+// delivered later, all events of a thread before its end is seen, and an unlocked mutex before its
+// next lock. The first is more than Qt promises: a race may go unseen if any event happens to pass
+// between the two threads, but what is reported is real.
 
 #include <QCoreApplication>
 #include <QMutex>
 #include <QObject>
-#include <QReadWriteLock>
+#include <QThread>
 
 #include <dlfcn.h>
 
@@ -30,6 +31,7 @@ Function next(const char *symbol) {
 
 bool beforeEvent(void **) {
     __tsan_acquire(&order);
+    __tsan_release(&order);
     return false;
 }
 
@@ -63,6 +65,29 @@ void QCoreApplication::postEvent(QObject *receiver, QEvent *event, int priority)
         "_ZN16QCoreApplication9postEventEP7QObjectP6QEventi");
     __tsan_release(&order);
     real(receiver, event, priority);
+}
+
+bool QThread::isFinished() const {
+    static const auto real = next<bool (*)(const QThread *)>("_ZNK7QThread10isFinishedEv");
+    const bool hasFinished = real(this);
+    if (hasFinished)
+        __tsan_acquire(&order);
+    return hasFinished;
+}
+
+bool QThread::wait(unsigned long milliseconds) {
+    static const auto real = next<bool (*)(QThread *, unsigned long)>("_ZN7QThread4waitEm");
+    const bool hasFinished = real(this, milliseconds);
+    __tsan_acquire(&order);
+    return hasFinished;
+}
+
+bool QThread::wait(QDeadlineTimer deadline) {
+    static const auto real =
+        next<bool (*)(QThread *, QDeadlineTimer)>("_ZN7QThread4waitE14QDeadlineTimer");
+    const bool hasFinished = real(this, deadline);
+    __tsan_acquire(&order);
+    return hasFinished;
 }
 
 void QMutex::lock() {
