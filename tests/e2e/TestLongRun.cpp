@@ -224,7 +224,7 @@ bool TestLongRun::runEvents(qint64 untilMs) {
         const qint64 dueMs = next->dueMs < untilMs ? next->dueMs : untilMs;
         const bool isRunning = !QTest::qWaitFor([this] { return !m_program->isRunning(); },
                                                 int(qMax(0LL, dueMs - m_sinceStart.elapsed())));
-        if (!isRunning || next->dueMs >= untilMs)
+        if (!isRunning || next->dueMs >= untilMs || m_sinceStart.elapsed() >= untilMs)
             return isRunning;
         next->dueMs += next->periodMs;
         ++next->times;
@@ -233,6 +233,7 @@ bool TestLongRun::runEvents(qint64 untilMs) {
                   usage().residentKb, next->name);
         if (!(this->*next->happen)()) {
             qWarning("dictation did not survive: %s", next->name);
+            report();
             return false;
         }
     }
@@ -331,7 +332,7 @@ void TestLongRun::checkUsage(const ProcessUsage &baseline) {
                           double(qMax(1LL, baseline.residentKb));
     qInfo("end: %lld kB (%+.1f %%), %d threads, %d handles", held.residentKb, growth, held.threads,
           held.handles);
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     qInfo("the memory is not judged: a sanitizer keeps what was freed");
 #else
     // After half a minute the first ones of some events are still to come, and fill their caches.
