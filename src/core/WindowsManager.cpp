@@ -12,6 +12,7 @@
 #include "connection/WebSocketClient.h"
 #include "connection/WebSocketWorker.h"
 #include "connection/rest/Method.h"
+#include "core/DialogTranslator.h"
 #include "core/Enum.h"
 #include "core/GraphicsBackend.h"
 #include "core/Logger.h"
@@ -54,7 +55,6 @@
 #include <QDebug>
 #include <QFont>
 #include <QIcon>
-#include <QLibraryInfo>
 #include <QMessageBox>
 #include <QMutexLocker>
 #include <QProcess>
@@ -62,7 +62,6 @@
 #include <QQmlContext>
 #include <QScopeGuard>
 #include <QScreen>
-#include <QTranslator>
 #include <QWindow>
 
 namespace {
@@ -88,15 +87,6 @@ QSystemTrayIcon::MessageIcon messageIcon(NotificationType type) {
         return QSystemTrayIcon::Critical;
     }
     return QSystemTrayIcon::NoIcon;
-}
-
-/// The buttons of Qt's own dialogs in the language of all other texts.
-void translateDialogs(QTranslator *translator) {
-    if (translator->load(QStringLiteral("qtbase_ru"),
-                         QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(translator);
-    else
-        qInfo() << "Qt's Russian texts are not installed";
 }
 
 } // namespace
@@ -137,8 +127,8 @@ int WindowsManager::runApplication(int argc, char **argv) {
     InitLogger(argc, argv);
     if (m_mainWindow)
         return -1;
-    QTranslator dialogs;
-    translateDialogs(&dialogs);
+    DialogTranslator dialogs;
+    QCoreApplication::installTranslator(&dialogs);
     QApplication::setWindowIcon(QIcon(m_iconPath));
     QApplication::setQuitOnLastWindowClosed(false);
     QQmlApplicationEngine engine;
