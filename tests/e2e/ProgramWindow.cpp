@@ -3,23 +3,6 @@
 #include "DeskTest.h"
 #include "TrayMenu.h"
 
-#include <QScreen>
-
-namespace {
-
-bool isBlank(const QImage &image) {
-    const QRgb first = image.pixel(0, 0);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (image.pixel(x, y) != first)
-                return false;
-        }
-    }
-    return true;
-}
-
-} // namespace
-
 ProgramWindow ProgramWindow::openFromTray(Entry entry, const QString &title) {
     if (TrayMenu::open())
         TrayMenu::click(entry);
@@ -32,21 +15,6 @@ ProgramWindow::ProgramWindow(const QString &title) {
         qWarning() << "No window" << title;
     else
         desk().ask("xdotool", {"windowactivate", "--sync", m_id});
-    settle();
-}
-
-void ProgramWindow::settle() const {
-    QImage before;
-    // A window that never rests, as one with a level, is worked all the same.
-    static_cast<void>(QTest::qWaitFor(
-        [&] {
-            const QImage now =
-                QGuiApplication::primaryScreen()->grabWindow(m_id.toULong()).toImage();
-            const bool isAtRest = !now.isNull() && now == before && !isBlank(now);
-            before = now;
-            return isAtRest;
-        },
-        2000));
 }
 
 bool ProgramWindow::isGone() const {
@@ -65,7 +33,6 @@ void ProgramWindow::click(int x, int y, int times) const {
     };
     desk().run("xdotool", {"mousemove", "--window", m_id, place(x, "WIDTH="), place(y, "HEIGHT="),
                            "click", "--repeat", QString::number(times), "--delay", "50", "1"});
-    settle();
 }
 
 void ProgramWindow::key(const QString &keys) {

@@ -16,6 +16,8 @@ public:
 
     static ProgramWindow openFromTray(Entry entry, const QString &title);
 
+    static bool exists(const QString &title) { return !find(title).isEmpty(); }
+
     /// Waits for the window and gives it the focus.
     explicit ProgramWindow(const QString &title);
 
@@ -35,8 +37,6 @@ private:
     /// The last visible window of this title; empty if there is none.
     static QString find(const QString &title);
     QString geometry() const;
-    /// Waits until the window is drawn and what was done has been drawn too, as a user would.
-    void settle() const;
 
     QString m_id;
 };
