@@ -40,6 +40,8 @@ public:
 
     /// While muted, recorded blocks are thrown away, with no level and no SoundAvailable.
     void setMuted(bool isMuted) { m_isMuted = isMuted; }
+    /// Any thread.
+    bool isMuted() const { return m_isMuted; }
 
 public slots:
     void OnDeviceStateChanged(QAudio::State state) override;

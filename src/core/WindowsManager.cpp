@@ -490,8 +490,13 @@ void WindowsManager::restartApplication() {
     QProcess::startDetached(program, arguments);
 }
 
+bool WindowsManager::isMicrophoneMissing() const {
+    // Whoever has muted it sends sound of his own.
+    return m_recordingDevice->SelectedIndex() == -1 && !m_recordingDevice->isMuted();
+}
+
 void WindowsManager::onSelectedMicrophoneChanged() {
-    if (m_recordingDevice->SelectedIndex() == -1)
+    if (isMicrophoneMissing())
         reportMissingMicrophone();
 }
 
@@ -507,7 +512,7 @@ void WindowsManager::showTrayMessage(const UserNotification &notification) {
 }
 
 void WindowsManager::reportStart() {
-    if (m_recordingDevice->SelectedIndex() == -1) {
+    if (isMicrophoneMissing()) {
         reportMissingMicrophone();
         m_playbackDevice->playSoundFile(QStringLiteral(":/Assets/SpeechOff.wav"));
     } else {

@@ -125,6 +125,7 @@ private:
     void onSelectedMicrophoneChanged();
     /// The signal that dictation begins, or that there is nothing to hear it with.
     void reportStart();
+    bool isMicrophoneMissing() const;
     void reportMissingMicrophone();
     void showTrayMessage(const UserNotification &notification);
     void followPrimaryScreen();

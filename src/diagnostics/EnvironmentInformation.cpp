@@ -16,10 +16,11 @@ constexpr int timeoutMs = 30000;
 constexpr qint64 bytesPerMb = 1048576;
 
 QString describe(const QStorageInfo &volume) {
+    // At once, as a name may hold what looks like a place of its own.
     return QStringLiteral("%1 - %2: %3/%4MB")
-        .arg(volume.displayName(), QString::fromLatin1(volume.fileSystemType()))
-        .arg(volume.bytesAvailable() / bytesPerMb)
-        .arg(volume.bytesTotal() / bytesPerMb);
+        .arg(volume.displayName(), QString::fromLatin1(volume.fileSystemType()),
+             QString::number(volume.bytesAvailable() / bytesPerMb),
+             QString::number(volume.bytesTotal() / bytesPerMb));
 }
 
 } // namespace

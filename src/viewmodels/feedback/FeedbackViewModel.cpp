@@ -59,7 +59,7 @@ FeedbackViewModel::FeedbackViewModel(AsrManager *asrManager,
 }
 
 FeedbackViewModel::~FeedbackViewModel() {
-    if (m_isOpen)
+    if (m_isOpen && isChanged())
         SaveSettings();
 }
 
@@ -175,6 +175,10 @@ void FeedbackViewModel::ClearSettings() {
     settings.sync();
 }
 
+bool FeedbackViewModel::isChanged() const {
+    return m_feedbackText.get_Text() != FeedbackSettings().FeedbackText.get();
+}
+
 void FeedbackViewModel::savePersonalData() {
     FeedbackSettings settings;
     settings.FullName = m_fullName.get_Text();
@@ -249,7 +253,7 @@ MicrophoneInfo FeedbackViewModel::describeMicrophone() const {
 
 bool FeedbackViewModel::cancelCommand() {
     savePersonalData();
-    if (m_feedbackText.get_Text() == FeedbackSettings().FeedbackText.get()) {
+    if (!isChanged()) {
         m_isOpen = false;
         return true;
     }

@@ -83,6 +83,8 @@ private:
     void loadTheme();
     void SaveSettings();
     static void ClearSettings();
+    /// Whether the text is another than that of the draft.
+    bool isChanged() const;
     void savePersonalData();
     ClientClaim makeClaim() const;
     MicrophoneInfo describeMicrophone() const;
