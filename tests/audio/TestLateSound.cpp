@@ -21,7 +21,7 @@ void TestLateSound::recordsOnceThereIsPulseAudio() {
     QSignalSpy lists(recording, &RecordingDeviceManager::DeviceListChanged);
     QSignalSpy selected(recording, &RecordingDeviceManager::SelectedIndexChanged);
     manager.Start();
-    QVERIFY(lists.wait());
+    QVERIFY(lists.wait(patienceMs));
     QVERIFY(recording->DeviceList().isEmpty());
     QCOMPARE(recording->SelectedIndex(), -1);
     QVERIFY(!manager.GetInputDeviceInfo("mic").found);

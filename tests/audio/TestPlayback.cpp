@@ -12,7 +12,6 @@
 
 namespace {
 constexpr int bytesPerSecond = 2 * 22050;
-constexpr int soundTimeoutMs = 15000;
 
 /// Sound in which every piece tells its place; no sample of it is 0.
 QByteArray noise(int seconds) {
@@ -69,7 +68,7 @@ void TestPlayback::start(const QString &speaker) {
     m_manager = std::make_unique<PulseAudioManager>();
     QSignalSpy selected(playback(), &PlaybackDeviceManager::SelectedIndexChanged);
     m_manager->Start();
-    QVERIFY(selected.wait());
+    QVERIFY(selected.wait(patienceMs));
     QCOMPARE(playback()->CurrentDevice().deviceName(), speaker);
     QTRY_COMPARE(output()->state(), QAudio::IdleState);
 }
@@ -89,7 +88,7 @@ void TestPlayback::playsInFullAndInOrder() {
     const QByteArray all = noise(6);
     for (int i = 0; i < all.size(); i += blockBytes)
         playback()->playSound(all.mid(i, blockBytes));
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= all.size(), soundTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= all.size(), patienceMs);
     const QByteArray heard = listener.sound().left(all.size());
     const auto differs = std::mismatch(heard.begin(), heard.end(), all.begin());
     QVERIFY2(heard == all, qPrintable(QStringLiteral("the first %1 of %2 bytes are right")
@@ -111,7 +110,7 @@ void TestPlayback::goesOnAfterTheDevice() {
     {
         Listener first(desk(), QStringLiteral("exact"));
         playback()->playSound(sent);
-        QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() >= bytesPerSecond, soundTimeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() >= bytesPerSecond, patienceMs);
     }
     if (isServerRestarted) {
         desk().stopSound();
@@ -122,10 +121,10 @@ void TestPlayback::goesOnAfterTheDevice() {
     }
     QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
     QTRY_COMPARE_WITH_TIMEOUT(playback()->CurrentDevice().deviceName(), QStringLiteral("speaker"),
-                              soundTimeoutMs);
+                              patienceMs);
     Listener second(desk(), QStringLiteral("speaker"));
     // What the lost device had taken is lost with it, the rest is played.
-    QTRY_VERIFY_WITH_TIMEOUT(second.sound().size() >= 3 * bytesPerSecond, soundTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(second.sound().size() >= 3 * bytesPerSecond, patienceMs);
 }
 
 void TestPlayback::playsFiles_data() {
@@ -149,8 +148,7 @@ void TestPlayback::playsFiles() {
     playback()->playSoundFile(name);
     const QByteArray after = noise(2).right(bytesPerSecond);
     playback()->playSound(after);
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= heard.size() + after.size(),
-                             soundTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= heard.size() + after.size(), patienceMs);
     QVERIFY(listener.sound().startsWith(heard + after));
 }
 
@@ -159,12 +157,12 @@ void TestPlayback::volumeGoesBothWays() {
     QCOMPARE(playback()->Volume(), 100);
     QSignalSpy changed(playback(), &PlaybackDeviceManager::VolumeChanged);
     std::thread([this] { playback()->set_Volume(40); }).join();
-    QVERIFY(changed.wait());
+    QVERIFY(changed.wait(patienceMs));
     QCOMPARE(changed.takeFirst(), QVariantList{40});
     QCOMPARE(qRound(output()->volume() * 100), 40);
     playback()->playSound(noise(1));
     output()->setVolume(0.7);
-    QVERIFY(changed.wait());
+    QVERIFY(changed.wait(patienceMs));
     QCOMPARE(changed.takeFirst(), QVariantList{70});
     playback()->set_IsTrackChanges(true);
     playback()->SaveSettings();
@@ -187,7 +185,7 @@ void TestPlayback::withoutADeviceOnlyTheLevelIsTold() {
     QTRY_COMPARE(output()->state(), QAudio::IdleState);
     playback()->playSound(Listener::leadIn());
     playback()->playSound(played);
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= played.size(), soundTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= played.size(), patienceMs);
     QVERIFY2(listener.sound().startsWith(played), "what was dropped is not played later");
 }
 

@@ -14,7 +14,6 @@
 #include <thread>
 
 namespace {
-constexpr int soundTimeoutMs = 10000;
 constexpr int pieceSize = 6400; // 200 ms
 
 QStringList describe(const QList<ExtAudioDeviceInfo> &devices) {
@@ -60,8 +59,7 @@ private:
     void start();
     RecordingDeviceManager *recording() const { return m_manager->RecordingDevice(); }
     bool hears() const {
-        return QSignalSpy(recording(), &RecordingDeviceManager::SoundAvailable)
-            .wait(soundTimeoutMs);
+        return QSignalSpy(recording(), &RecordingDeviceManager::SoundAvailable).wait(patienceMs);
     }
     QAudioInput *input() const { return recording()->findChild<QAudioInput *>(); }
 
@@ -86,7 +84,7 @@ void TestRecording::start() {
     m_manager = std::make_unique<PulseAudioManager>();
     QSignalSpy selected(recording(), &RecordingDeviceManager::SelectedIndexChanged);
     m_manager->Start();
-    QVERIFY(selected.wait());
+    QVERIFY(selected.wait(patienceMs));
     QVERIFY(input());
 }
 
@@ -122,12 +120,12 @@ void TestRecording::recordsWhatIsSaid() {
     start();
     QSignalSpy blocks(recording(), &RecordingDeviceManager::SoundAvailable);
     QSignalSpy levels(recording(), &RecordingDeviceManager::CurrentLevelChanged);
-    QVERIFY(blocks.wait(soundTimeoutMs));
+    QVERIFY(blocks.wait(patienceMs));
     QProcess *speaker = desk().speak(SineWave(440, 8000, 4).save(desk().folder() + "/a.wav"));
     // 8000 sin is 5093 in the mean, so a whole block sums up to log10(5093) / 4.5154 = 82 percent.
-    QTRY_COMPARE_WITH_TIMEOUT(recording()->CurrentLevel(), 82, soundTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(recording()->CurrentLevel(), 82, patienceMs);
     blocks.clear();
-    QTRY_VERIFY_WITH_TIMEOUT(blocks.size() >= 5, soundTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(blocks.size() >= 5, patienceMs);
     desk().end(speaker);
     QByteArray sound;
     QVector<int> sizes;
@@ -153,11 +151,11 @@ void TestRecording::recordsWhatIsSaid() {
 void TestRecording::mutedBlocksAreThrownAway() {
     start();
     QSignalSpy blocks(recording(), &RecordingDeviceManager::SoundAvailable);
-    QVERIFY(blocks.wait(soundTimeoutMs));
+    QVERIFY(blocks.wait(patienceMs));
     recording()->setMuted(true);
     QVERIFY(!blocks.wait(1000));
     recording()->setMuted(false);
-    QVERIFY(blocks.wait());
+    QVERIFY(blocks.wait(patienceMs));
 }
 
 void TestRecording::gainGoesBothWays() {
@@ -165,7 +163,7 @@ void TestRecording::gainGoesBothWays() {
     QCOMPARE(recording()->Gain(), 100);
     QSignalSpy changed(recording(), &RecordingDeviceManager::GainChanged);
     std::thread([this] { recording()->set_Gain(0); }).join();
-    QVERIFY(changed.wait());
+    QVERIFY(changed.wait(patienceMs));
     QCOMPARE(changed.takeFirst(), QVariantList{0});
     QCOMPARE(input()->volume(), 0.0);
     QVERIFY(hears());
@@ -175,7 +173,7 @@ void TestRecording::gainGoesBothWays() {
     QVERIFY(changed.isEmpty());
     QVERIFY(hears());
     input()->setVolume(0.294);
-    QVERIFY(changed.wait(soundTimeoutMs));
+    QVERIFY(changed.wait(patienceMs));
     QCOMPARE(changed.first(), QVariantList{29});
     QCOMPARE(recording()->Gain(), 29);
 }
@@ -245,7 +243,7 @@ void TestRecording::killedStreamIsOpenedAgain() {
     QCOMPARE(ours.size(), 1);
     desk().run("pacmd", {"kill-source-output", ours.first().section('\t', 0, 0)});
     QSignalSpy failed(recording(), &RecordingDeviceManager::DeviceError);
-    QVERIFY(failed.wait(soundTimeoutMs));
+    QVERIFY(failed.wait(patienceMs));
     QVERIFY(hears());
 }
 
@@ -269,7 +267,7 @@ void TestRecording::survivesARestartOfPulseAudio() {
         // Longer than Qt itself tries to reconnect.
         QElapsedTimer down;
         down.start();
-        QTRY_VERIFY_WITH_TIMEOUT(down.elapsed() > 5000, soundTimeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(down.elapsed() > 5000, patienceMs);
     }
     desk().startSound();
     QVERIFY(hears());
@@ -300,7 +298,7 @@ void TestRecording::endsWhilePulseAudioIsAway() {
     start();
     QSignalSpy attempts(recording(), &RecordingDeviceManager::DeviceStopped);
     desk().stopSound();
-    QVERIFY(attempts.wait());
+    QVERIFY(attempts.wait(patienceMs));
     m_manager.reset();
     desk().startSound();
 }

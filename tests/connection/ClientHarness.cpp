@@ -1,5 +1,6 @@
 #include "ClientHarness.h"
 
+#include "Patience.h"
 #include "Stand.h"
 #include "connection/ConnectionHeartbeat.h"
 #include "connection/WebSocketClient.h"
@@ -11,7 +12,6 @@
 #include "recognition/ResultManager.h"
 
 #include <QFile>
-#include <QTest>
 
 ClientHarness::ClientHarness(const Stand &stand) {
     QFile::remove(Settings(QString()).fileName());
@@ -59,7 +59,7 @@ bool ClientHarness::open() {
 
 bool ClientHarness::dictate() {
     asr()->startRecognition();
-    return QTest::qWaitFor([&] { return asr()->currentState() == AsrState::Started; });
+    return QTest::qWaitFor([&] { return asr()->currentState() == AsrState::Started; }, patienceMs);
 }
 
 void ClientHarness::onStateChanged(const ConnectionStateInfo &info) {

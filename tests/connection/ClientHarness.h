@@ -57,7 +57,7 @@ public:
     static QList<int> messages(const Stand &stand);
     /// Allows, or does not allow, what the user has switched on: to start and stop by voice.
     static void enableVoice(bool isAvailable = true);
-    bool waitFor(ConnectionState state, int timeoutMs = 10000);
+    bool waitFor(ConnectionState state, int timeoutMs = 20000);
     /// Lets the next waitFor look at what comes from now on.
     void forget() { m_states.clear(); }
 

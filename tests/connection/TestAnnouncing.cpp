@@ -154,7 +154,7 @@ void TestAnnouncing::isSilentOnAConnectionThatOpens() {
     const auto onState = [&](const ConnectionStateInfo &info) {
         if (info.is(ConnectionState::WsConnected)) {
             isOpen.release();
-            mayGoOn.tryAcquire(1, 20000);
+            mayGoOn.tryAcquire(1, patienceMs);
         }
     };
     connect(client.manager(), &ConnectionManager::stateChanged, client.manager(), onState,
@@ -162,7 +162,7 @@ void TestAnnouncing::isSilentOnAConnectionThatOpens() {
     client.forget();
     QMetaObject::invokeMethod(client.manager(), &ConnectionManager::onDisconnectRequested,
                               Qt::QueuedConnection);
-    QVERIFY(isOpen.tryAcquire(1, 10000));
+    QVERIFY(isOpen.tryAcquire(1, patienceMs));
     QVERIFY(client.asr()->getTargetModeInfo()->mode().has_value());
     client.userCommands().updateCommands();
     client.worker()->launchManager()->updateSettings();

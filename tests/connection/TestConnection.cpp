@@ -348,7 +348,7 @@ void TestConnection::endsAStalledLink() {
     QSignalSpy connected(&client, &WebSocketConnection::connected);
     QSignalSpy disconnected(&client, &WebSocketConnection::disconnected);
     emit client.open("127.0.0.1", server.serverPort(), false);
-    QVERIFY(connected.wait());
+    QVERIFY(connected.wait(patienceMs));
     for (int i = 0; i < 40; ++i)
         client.sendDataBytes(QByteArray(1000000, '\1'));
     QElapsedTimer timer;

@@ -8,13 +8,13 @@ DeskProcess::~DeskProcess() {
 }
 
 void DeskProcess::end() {
-    constexpr int patienceMs = 5000;
+    constexpr int endTimeoutMs = 5000;
     if (state() == QProcess::NotRunning)
         return;
     terminate();
-    if (!waitForFinished(patienceMs)) {
+    if (!waitForFinished(endTimeoutMs)) {
         kill();
-        waitForFinished(patienceMs);
+        waitForFinished(endTimeoutMs);
     }
 }
 

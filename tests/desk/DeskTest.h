@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Patience.h"
 #include "VirtualDesk.h"
 #include "core/AppVariables.h"
 #include "core/settings/Settings.h"

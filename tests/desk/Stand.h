@@ -50,9 +50,9 @@ public:
 
     /// The first event of this kind behind the one that the last wait found; an empty object, and
     /// a line with what came instead, if none comes in time.
-    QJsonObject waitFor(const QString &event, const Predicate &fits = {}, int timeoutMs = 10000);
+    QJsonObject waitFor(const QString &event, const Predicate &fits = {}, int timeoutMs = 20000);
     /// The same for a message of the client by its number.
-    QJsonObject waitForMessage(int type, int timeoutMs = 10000);
+    QJsonObject waitForMessage(int type, int timeoutMs = 20000);
     /// Lets the next wait look at what comes from now on only.
     void forget();
     /// Lets the next wait begin at the first event again.

@@ -65,7 +65,7 @@ private slots:
         QProcess *speaker = desk().speak(tone);
         QByteArray heard;
         QTRY_VERIFY(loudest(heard += recorder->readAllStandardOutput()) > 10000);
-        QTRY_COMPARE_WITH_TIMEOUT(speaker->state(), QProcess::NotRunning, 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(speaker->state(), QProcess::NotRunning, patienceMs);
         QCOMPARE(speaker->exitCode(), 0);
         desk().end(speaker);
         desk().end(recorder);
@@ -83,7 +83,7 @@ private slots:
         // A parent that dies without a word: the child of its main thread is told by the kernel.
         QProcess *parent =
             desk().start(QCoreApplication::applicationFilePath(), {"--die-with-a-child"});
-        QTRY_COMPARE_WITH_TIMEOUT(parent->state(), QProcess::NotRunning, 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(parent->state(), QProcess::NotRunning, patienceMs);
         const qint64 orphan = parent->readAllStandardOutput().trimmed().toLongLong();
         QVERIFY(orphan > 0);
         QTRY_VERIFY(!isAlive(orphan));

@@ -269,10 +269,11 @@ private slots:
         bool areSeen = true;
         for (int round = 1; round <= Rounds && areSeen; ++round) {
             service.Start();
-            areSeen = QTest::qWaitFor([listener] { return listener->IsInitialized(); });
+            areSeen = QTest::qWaitFor([listener] { return listener->IsInitialized(); }, patienceMs);
             XKeyboard().play(click.repeated(ClicksARound));
             const int awaited = 2 * ClicksARound * round;
-            areSeen = areSeen && QTest::qWaitFor([&] { return edges.size() >= awaited; });
+            areSeen =
+                areSeen && QTest::qWaitFor([&] { return edges.size() >= awaited; }, patienceMs);
             service.Stop();
         }
         isOver = true;

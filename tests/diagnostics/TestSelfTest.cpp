@@ -31,7 +31,7 @@ private:
     /// Offers files of this many bytes.
     void offer(const QList<int> &sizes, int tail, int results);
     bool waitForEnd() {
-        return QTest::qWaitFor([this] { return m_log.endsWith("\nStopped"); }, 20000);
+        return QTest::qWaitFor([this] { return m_log.endsWith("\nStopped"); }, patienceMs);
     }
     QString report(const char *suffix) const;
 
@@ -153,7 +153,7 @@ void TestSelfTest::beginsAgain() {
     offer({640}, 0, 0);
     m_window->set_Loop(true);
     emit m_window->start();
-    QVERIFY(QTest::qWaitFor([this] { return m_log.count("Ping test") == 3; }, 20000));
+    QVERIFY(QTest::qWaitFor([this] { return m_log.count("Ping test") == 3; }, patienceMs));
     emit m_window->stop();
     QVERIFY(m_log.endsWith("\nStopped"));
     QCOMPARE(report(".txt").count("Ping test"), 3);
@@ -185,7 +185,7 @@ void TestSelfTest::failuresEndIt() {
         m_stand->tell({{"do", "answers"}, {"enabled", false}});
     } else if (!command.isEmpty()) {
         if (command == "drop")
-            QVERIFY(QTest::qWaitFor([this] { return m_log.contains("Play file"); }, 20000));
+            QVERIFY(QTest::qWaitFor([this] { return m_log.contains("Play file"); }, patienceMs));
         m_stand->tell(command);
     }
     QVERIFY(waitForEnd());

@@ -12,7 +12,8 @@ void Editor::focus() {
     const QString search =
         "search --sync --onlyvisible --name %1 windowactivate --sync getwindowname";
     const bool isFocused = QTest::qWaitFor(
-        [&] { return !desk().ask("xdotool", search.arg(m_file).split(' ')).isEmpty(); }, 20000);
+        [&] { return !desk().ask("xdotool", search.arg(m_file).split(' ')).isEmpty(); },
+        patienceMs);
     if (!isFocused)
         qWarning() << "No window" << m_file;
 }

@@ -1,5 +1,6 @@
 #include "Program.h"
 
+#include "Patience.h"
 #include "Stand.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
@@ -8,7 +9,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QTest>
 
 Program::Program(const QString &executable) {
     // The profile is asked for where a test says so.
@@ -22,6 +22,11 @@ Program::Program(const QString &executable) {
     m_process.setProcessEnvironment(environment);
     m_process.start(executable.isEmpty() ? builtExecutable() : executable, QStringList());
     m_process.waitForStarted();
+}
+
+Program::~Program() {
+    if (QTest::currentTestFailed())
+        qWarning().noquote() << log().right(4000);
 }
 
 QString Program::builtExecutable() {
@@ -87,7 +92,7 @@ void writeSettings(const Stand &stand) {
 std::unique_ptr<Program> startProgram(Stand *stand) {
     writeSettings(*stand);
     auto program = std::make_unique<Program>();
-    return nextMode(stand, 20000).isUndefined() ? nullptr : std::move(program);
+    return nextMode(stand, patienceMs).isUndefined() ? nullptr : std::move(program);
 }
 
 QJsonValue nextMode(Stand *stand, int timeoutMs) {

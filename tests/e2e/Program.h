@@ -15,6 +15,9 @@ class Program {
 public:
     /// @param executable  a copy to run, or empty for the built one
     explicit Program(const QString &executable = QString());
+    /// Prints the end of the log if the test has failed.
+    ~Program();
+    Q_DISABLE_COPY_MOVE(Program)
 
     static QString builtExecutable();
 
@@ -50,4 +53,4 @@ void writeSettings(const Stand &stand);
 /// @return once its last opening message is sent; null if it does not come
 std::unique_ptr<Program> startProgram(Stand *stand);
 /// Waits for a request of a mode: null for dictation, undefined if none comes.
-QJsonValue nextMode(Stand *stand, int timeoutMs = 10000);
+QJsonValue nextMode(Stand *stand, int timeoutMs = 20000);

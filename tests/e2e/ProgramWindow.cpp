@@ -10,7 +10,8 @@ ProgramWindow ProgramWindow::openFromTray(Entry entry, const QString &title) {
 }
 
 ProgramWindow::ProgramWindow(const QString &title) {
-    const bool isThere = QTest::qWaitFor([&] { return !(m_id = find(title)).isEmpty(); }, 20000);
+    const bool isThere =
+        QTest::qWaitFor([&] { return !(m_id = find(title)).isEmpty(); }, patienceMs);
     if (!isThere)
         qWarning() << "No window" << title;
     else
@@ -18,7 +19,7 @@ ProgramWindow::ProgramWindow(const QString &title) {
 }
 
 bool ProgramWindow::isGone() const {
-    return QTest::qWaitFor([this] { return !isOpen(); });
+    return QTest::qWaitFor([this] { return !isOpen(); }, patienceMs);
 }
 
 QString ProgramWindow::processId() const {

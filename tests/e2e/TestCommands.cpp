@@ -206,7 +206,7 @@ private slots:
         Settings(QString()).sync();
         m_stand->forget();
         m_stand->tell("drop");
-        QCOMPARE(m_stand->waitForMessage(MessageType::SelectTheme, 20000)["data"]
+        QCOMPARE(m_stand->waitForMessage(MessageType::SelectTheme, patienceMs)["data"]
                      .toObject()["Id"]
                      .toString(),
                  "cardiology");

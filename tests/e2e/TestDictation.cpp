@@ -31,8 +31,8 @@ private slots:
         m_stand->sayResult("жалобы на", false);
         m_stand->sayResult("жалобы на кашель ,");
         m_stand->sayResult("одышку . 38,5 ° C ¶ общее состояние");
-        QTRY_COMPARE_WITH_TIMEOUT(editor.text(),
-                                  "Жалобы на кашель, одышку. 38,5 ° C\nОбщее состояние", 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            editor.text(), "Жалобы на кашель, одышку. 38,5 ° C\nОбщее состояние", patienceMs);
         QCOMPARE(keyboard.map(), map);
 
         m_stand->forget();

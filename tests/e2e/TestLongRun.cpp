@@ -305,7 +305,7 @@ bool TestLongRun::openWindow(ProgramWindow::Entry entry, const QString &title) {
 bool TestLongRun::report() {
     const ProcessUsage held = usage();
     // A row is to show what is missing, not what is on its way.
-    const bool isComplete = QTest::qWaitFor([this] { return isTyped(); });
+    const bool isComplete = QTest::qWaitFor([this] { return isTyped(); }, patienceMs);
     const QStringList sent = sentNumbers();
     const QStringList typed = typedNumbers();
     QString row = QString("| %1 min | %2 kB | %3 threads | %4 handles | %5 sent | %6 typed |")

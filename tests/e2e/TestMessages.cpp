@@ -86,7 +86,7 @@ private:
                 match = call.match(m_seen);
                 return match.hasMatch();
             },
-            10000);
+            patienceMs);
         if (!hasCome)
             return QString();
         m_seen.remove(0, match.capturedEnd());

@@ -144,7 +144,7 @@ private slots:
         QVERIFY(pixel(inMicrophone) != QColor("#f8f8ff"));
         desk().speak(SineWave(440, 20000, 5).save(desk().folder() + "/tone.wav"));
         QTRY_COMPARE(pixel(inMicrophone), QColor("#f8f8ff"));
-        QTRY_VERIFY_WITH_TIMEOUT(pixel(inMicrophone) != QColor("#f8f8ff"), 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(pixel(inMicrophone) != QColor("#f8f8ff"), patienceMs);
     }
 
     void opensAPopupAndGivesTheFocusBack_data() {
@@ -167,7 +167,8 @@ private slots:
         const auto open = [&] {
             click(square.topLeft() + button);
             return QTest::qWaitFor(
-                [&] { return QRegularExpression(name).match(focusedName()).hasMatch(); });
+                [&] { return QRegularExpression(name).match(focusedName()).hasMatch(); },
+                patienceMs);
         };
         QVERIFY(open());
         const QRect popup = place(name);
@@ -233,17 +234,17 @@ private:
         writeSettings(*m_stand);
         m_editor = std::make_unique<Editor>("monitor.txt");
         m_program = std::make_unique<Program>();
-        if (!QTest::qWaitFor([] { return place(splashName).isValid(); }, 20000))
+        if (!QTest::qWaitFor([] { return place(splashName).isValid(); }, patienceMs))
             return false;
         m_keptFocus = focusedName() == editorName();
         // The last of the opening messages.
-        if (nextMode(m_stand.get(), 20000).isUndefined())
+        if (nextMode(m_stand.get(), patienceMs).isUndefined())
             return false;
         m_keptFocus = m_keptFocus && focusedName() == editorName();
         if (place(splashName).isValid() || !isShrunk())
             return false;
         XKeyboard().play(doubleCtrl);
-        return QTest::qWaitFor([] { return !isShrunk(); }, 10000);
+        return QTest::qWaitFor([] { return !isShrunk(); }, patienceMs);
     }
 
     static QString editorName() { return desk().folder() + "/monitor.txt"; }

@@ -75,10 +75,10 @@ void TestSpeech::signalsStartAndEnd() {
     QCOMPARE(on.size() + off.size(), 8000);
     Listener listener(desk(), "exact");
     XKeyboard().play(doubleCtrl);
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(on), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(on), patienceMs);
     QVERIFY(!listener.sound().contains(off));
     XKeyboard().play(doubleCtrl);
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(off), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(off), patienceMs);
     QCOMPARE(listener.sound().count(on), 1);
 }
 
@@ -93,7 +93,7 @@ void TestSpeech::playsSpeechInOrder() {
         sendSpeech(frame);
     }
     // The last signal may still be sounding before it.
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(sent), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(sent), patienceMs);
 }
 
 void TestSpeech::speaksWithTheUsersVoice() {
@@ -105,7 +105,7 @@ void TestSpeech::speaksWithTheUsersVoice() {
     constexpr int secondBytes = 2 * 22050;
     Listener listener(desk(), "exact");
     m_stand->tell({{"do", "speak"}, {"text", "общее состояние удовлетворительное"}});
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() > secondBytes, 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() > secondBytes, patienceMs);
     m_stand->forget();
     m_stand->tell("drop");
     QVERIFY2(!m_stand->waitForMessage(MessageType::SetTtsParams, 60000).isEmpty(),
@@ -125,7 +125,7 @@ void TestSpeech::goesOnElsewhere() {
     {
         Listener first(desk(), m_speaker);
         sendSpeech(QByteArray(12 * secondBytes, 's'));
-        QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() > secondBytes, 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() > secondBytes, patienceMs);
     }
     if (lost == "speaker") {
         desk().unloadModule(m_module);
@@ -144,9 +144,9 @@ void TestSpeech::goesOnElsewhere() {
     QVERIFY(m_program->waitForLog("Created audio output"));
     // What the lost device had taken is lost with it, the rest is played.
     Listener second(desk(), m_speaker);
-    QTRY_VERIFY_WITH_TIMEOUT(bytesNear('s', second.sound()) > 3 * secondBytes, 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(bytesNear('s', second.sound()) > 3 * secondBytes, patienceMs);
     sendSpeech(QByteArray(secondBytes, 'z'));
-    QTRY_VERIFY_WITH_TIMEOUT(bytesNear('z', second.sound()) > 0.9 * secondBytes, 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(bytesNear('z', second.sound()) > 0.9 * secondBytes, patienceMs);
 }
 
 DESK_TEST_MAIN(TestSpeech, VirtualDesk::Screen | VirtualDesk::Sound)

@@ -27,7 +27,7 @@ private slots:
         QVERIFY(program.waitForLog("stateChanged from 3 to 0"));
         QVERIFY(TrayMenu::open());
         TrayMenu::click(0);
-        QVERIFY2(program.waitForLog("stateChanged from 0 to 2", 10000),
+        QVERIFY2(program.waitForLog("stateChanged from 0 to 2", patienceMs),
                  "long before the next try of its own");
         QCOMPARE(program.terminate(), 0);
     }

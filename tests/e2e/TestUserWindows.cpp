@@ -57,7 +57,7 @@ void TestUserWindows::cleanup() {
 void TestUserWindows::start() {
     Settings(QString()).sync();
     m_program = std::make_unique<Program>();
-    QVERIFY(!nextMode(m_stand.get(), 20000).isUndefined());
+    QVERIFY(!nextMode(m_stand.get(), patienceMs).isUndefined());
 }
 
 void TestUserWindows::profileIsChosen() {
@@ -73,7 +73,7 @@ void TestUserWindows::profileIsChosen() {
     QTRY_VERIFY(QGuiApplication::focusWindow());
     const auto press = [](const QString &keys, const std::function<bool()> &isDone) {
         ProgramWindow::key(keys);
-        return QTest::qWaitFor(isDone);
+        return QTest::qWaitFor(isDone, patienceMs);
     };
     // The sample has no organisation in the first region.
     QVERIFY(press("Down", [&] { return profile.get_SelectedRegionIndex() == 0; }));
@@ -136,7 +136,7 @@ void TestUserWindows::profileIsReset() {
     QVERIFY(successor > 0 && successor != m_program->processId());
     QCOMPARE(ProfileFile::userInfo().text("UserInfo/UserName"), QString());
     ProgramWindow::key("Escape");
-    QVERIFY2(QTest::qWaitFor([successor] { return ::kill(successor, 0) != 0; }, 20000),
+    QVERIFY2(QTest::qWaitFor([successor] { return ::kill(successor, 0) != 0; }, patienceMs),
              "without a profile the program does not go on");
 }
 
@@ -171,9 +171,7 @@ void TestUserWindows::feedbackReachesTheServer() {
         ProgramWindow::key("Tab Tab Tab");
         ProgramWindow::type("позже");
         ProgramWindow::key("Escape");
-        QVERIFY(QTest::qWaitFor([] {
-            return desk().ask("xdotool", {"search", "--name", "^Обратная связь$"}).contains('\n');
-        }));
+        QTRY_VERIFY(desk().ask("xdotool", {"search", "--name", "^Обратная связь$"}).contains('\n'));
         ProgramWindow::key("Left Left Return");
         QVERIFY(form.isGone());
     }

@@ -26,7 +26,7 @@ private slots:
         QVERIFY(entersMode(&stand, dictation));
         QVERIFY(say("общее состояние удовлетворительное"));
         const QString typed = "Общее состояние удовлетворительное";
-        QTRY_COMPARE_WITH_TIMEOUT(editor.text(), typed, 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(editor.text(), typed, patienceMs);
 
         QVERIFY(say("закончить распознавание"));
         QVERIFY(entersMode(&stand, voiceActivation));
@@ -46,15 +46,15 @@ private:
         desk().write(text, phrase.toUtf8());
         desk().run("text2wave", {"-eval", "(voice_msu_ru_nsh_clunits)", text, "-o", wav});
         QProcess *speaker = desk().speak(wav);
-        const bool hasEnded =
-            QTest::qWaitFor([speaker] { return speaker->state() == QProcess::NotRunning; }, 20000);
+        const bool hasEnded = QTest::qWaitFor(
+            [speaker] { return speaker->state() == QProcess::NotRunning; }, patienceMs);
         desk().end(speaker);
         return hasEnded;
     }
 
     /// Waits for a request of a mode, and until sound reaches the stand in it.
     static bool entersMode(Stand *stand, const QJsonValue &mode) {
-        if (nextMode(stand, 20000) != mode)
+        if (nextMode(stand, patienceMs) != mode)
             return false;
         stand->forget();
         return !stand->waitFor("sound").isEmpty();

@@ -81,7 +81,7 @@ void TestWebForm::cleanupTestCase() {
 
 void TestWebForm::init() {
     m_browser->open(m_page);
-    QTRY_COMPARE_WITH_TIMEOUT(state(), m_ready, 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(state(), m_ready, patienceMs);
     QVERIFY(!m_stand->waitForMessage(MessageType::FormElement).isEmpty());
 }
 

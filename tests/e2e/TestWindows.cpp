@@ -71,7 +71,7 @@ void TestWindows::start(bool isThemeChosen) {
     Settings(QString()).sync();
     m_program = std::make_unique<Program>();
     if (isThemeChosen)
-        QVERIFY(!nextMode(m_stand.get(), 20000).isUndefined());
+        QVERIFY(!nextMode(m_stand.get(), patienceMs).isUndefined());
 }
 
 void TestWindows::asksForADictionary() {

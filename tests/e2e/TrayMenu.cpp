@@ -41,7 +41,7 @@ bool TrayMenu::open() {
     QString icon;
     // The click on an icon that is being docked may miss it, so one is not enough.
     for (int tries = 0; tries < 3; ++tries) {
-        if (!QTest::qWaitFor([&] { return !(icon = windowWith(isIcon)).isEmpty(); }))
+        if (!QTest::qWaitFor([&] { return !(icon = windowWith(isIcon)).isEmpty(); }, patienceMs))
             return false;
         xdotool(QString("mousemove --window %1 10 10 click 3").arg(icon));
         if (QTest::qWaitFor([] { return !windowWith(menuType).isEmpty(); }, 3000))

@@ -36,7 +36,7 @@ public:
         if (!cookies.isEmpty())
             request.setRawHeader("Cookie", cookies);
         m_socket.open(request);
-        if (!QTest::qWaitFor([this] { return isOpen(); }))
+        if (!QTest::qWaitFor([this] { return isOpen(); }, patienceMs))
             qWarning("The form could not connect");
     }
 

@@ -10,7 +10,7 @@ private slots:
         FixedWindow window;
         window.resize(60, 40);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, patienceMs));
         for (const char *state : {"SKIP_TASKBAR", "SKIP_PAGER"})
             QTRY_COMPARE(has(window, state), isManaged);
         // Openbox keeps windows on all desktops by other means than this state.
@@ -18,7 +18,7 @@ private slots:
         // What was written did not spoil the window: it can still be hidden and shown.
         window.hide();
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, patienceMs));
     }
 
     void logsItsState() {

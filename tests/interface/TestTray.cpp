@@ -115,7 +115,7 @@ private slots:
         for (const char *message : {"Сервер не отвечает", "Серверов нет"}) {
             tray.onConnectionStateChanged(news(ConnectionState::Failed, message));
             QCOMPARE(TrayEyes::balloonText(), message);
-            QVERIFY(QTest::qWaitForWindowExposed(TrayEyes::balloon()));
+            QVERIFY(QTest::qWaitForWindowExposed(TrayEyes::balloon(), patienceMs));
             TrayEyes::balloon()->close();
             using S = ConnectionState;
             for (const S state : {S::WsConnected, S::Failed, S::Disconnected})
@@ -130,7 +130,7 @@ private slots:
         QMenu *menu = tray.trayIcon()->contextMenu();
         QVERIFY(menu->windowFlags() & Qt::NoDropShadowWindowHint);
         menu->popup(QPoint(300, 200));
-        QVERIFY(QTest::qWaitForWindowExposed(menu));
+        QVERIFY(QTest::qWaitForWindowExposed(menu, patienceMs));
         const QPoint corner = menu->pos();
         QAction *action = entry(tray, "Настройки");
         const QRect settings = menu->actionGeometry(action).translated(corner);

@@ -25,7 +25,7 @@ QByteArray ask(const Stand &stand, const QByteArray &request) {
     socket.waitForBytesWritten();
     socket.write(request.mid(request.size() / 2));
     if (closed.isEmpty())
-        closed.wait(5000);
+        closed.wait(patienceMs);
     return socket.readAll();
 }
 
@@ -39,7 +39,7 @@ public:
                          [this](const QByteArray &frame) { speechBytes += frame.size(); });
         QSignalSpy connected(&socket, &QWebSocket::connected);
         socket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/").arg(stand.port())));
-        connected.wait(5000);
+        connected.wait(patienceMs);
     }
 
     void send(int type, const QJsonValue &data) {

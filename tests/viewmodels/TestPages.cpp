@@ -123,7 +123,7 @@ void TestPages::voiceIsSwitchedFromAnotherThread() {
     QSignalSpy changed(&page, &LaunchSettingsViewModel::changed_IsVACSettingsVisible);
     std::thread([&page] { page.VACSettingsVisibleChanged(true, true); }).join();
     QVERIFY2(!page.get_IsVACSettingsVisible(), "a view model changes on its own thread only");
-    QVERIFY(changed.wait());
+    QVERIFY(changed.wait(patienceMs));
 }
 
 void TestPages::launchStoresTheChoice() {
