@@ -130,8 +130,10 @@ void PlaybackDeviceManager::playSoundFile(const QString &filePath) {
         QFile file(filePath);
         if (!file.open(QIODevice::ReadOnly) || !file.seek(wavHeaderBytes))
             return;
-        m_halfSample.clear();
+        // A signal may come between two blocks of speech that share a sample.
+        const QByteArray half = std::exchange(m_halfSample, {});
         playSound(file.readAll());
+        m_halfSample = half;
         // Nothing follows a signal that would make PulseAudio begin.
         WriteSilence();
     } catch (const std::exception &error) {
@@ -194,6 +196,7 @@ void PlaybackDeviceManager::WriteDataToStream() {
         if (taken < 1)
             return;
         m_written += static_cast<int>(taken);
+        m_roomBefore = -1;
         if (m_written < block.size())
             continue;
         m_queuedBytes -= block.size();

@@ -76,7 +76,7 @@ private:
     qint64 m_queuedBytes = 0;
     int m_written = 0;
     QByteArray m_halfSample;
-    /// How much the device would have taken at its last notice; the same again means that it has
-    /// not begun.
+    /// How much the device would have taken at its last notice, -1 once it was handed something;
+    /// the same again means that it has not begun.
     int m_roomBefore = -1;
 };

@@ -144,10 +144,11 @@ void TestPlayback::playsFiles() {
     QFile::remove(name);
     if (!file.isEmpty())
         QVERIFY(save(name, file));
-    playback()->playSound(Listener::leadIn());
-    playback()->playSoundFile(name);
     const QByteArray after = noise(2).right(bytesPerSecond);
-    playback()->playSound(after);
+    // Speech may be split within a sample, and the file come between.
+    playback()->playSound(Listener::leadIn() + after.left(1));
+    playback()->playSoundFile(name);
+    playback()->playSound(after.mid(1));
     QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= heard.size() + after.size(), patienceMs);
     QVERIFY(listener.sound().startsWith(heard + after));
 }
