@@ -8,6 +8,7 @@
 #include "core/settings/HotkeySettings.h"
 #include "core/settings/LaunchSettings.h"
 #include "core/settings/TTSSettings.h"
+#include "desktop/HotKeyManager.h"
 #include "recognition/AsrManager.h"
 #include "viewmodels/settings/LaunchSettingsViewModel.h"
 #include "viewmodels/settings/NetworkSettingsViewModel.h"
@@ -150,6 +151,9 @@ void TestPages::launchStoresTheChoice() {
     QCOMPARE(HotkeySettings().P2TKey.get(), QString("Pause"));
     QCOMPARE(activation.size(), 2);
     QCOMPARE(hotKeys.size(), 1);
+
+    QVERIFY2(!page.get_IsHotKeysAvaliable(), "there is no display here");
+    HotKeyManager::getHotkeyManager()->keyboardHookUnreg();
 
     HotkeySettings().HotKey = "F13";
     page.onLoad();

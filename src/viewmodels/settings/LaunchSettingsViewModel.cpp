@@ -3,6 +3,7 @@
 #include "core/AppVariables.h"
 #include "core/settings/HotkeySettings.h"
 #include "core/settings/LaunchSettings.h"
+#include "desktop/HotKeyManager.h"
 #include "viewmodels/StoreProperty.h"
 
 #include <QDir>
@@ -49,6 +50,10 @@ void LaunchSettingsViewModel::Load() {
     AppSettingsViewModel::Load();
     // Last, as a key that there is not ends the loading.
     loadHotKeys();
+}
+
+bool LaunchSettingsViewModel::get_IsHotKeysAvaliable() const {
+    return HotKeyManager::getHotkeyManager()->IsInitialized();
 }
 
 void LaunchSettingsViewModel::loadAutoStart() {

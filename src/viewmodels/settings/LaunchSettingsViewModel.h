@@ -50,7 +50,8 @@ public:
     EnumModel<Push2TalkKey> *get_Push2TalkKeys() { return &m_push2TalkKeys; }
     bool get_GlobalEnableVAC() const { return m_globalEnableVAC; }
     bool get_IsVACSettingsVisible() const { return m_isVACSettingsVisible; }
-    bool get_IsHotKeysAvaliable() const { return m_isHotKeysAvaliable; }
+    /// Whether the keyboard is listened to. Settled once the program has started.
+    bool get_IsHotKeysAvaliable() const;
 
 public slots:
     /// Takes over whether voice may start and stop dictation. Nothing is signalled if nothing
@@ -96,5 +97,4 @@ private:
     const bool m_globalEnableVAC;
     bool m_isVACSettingsVisible;
     bool m_isWriteToControl = false;
-    const bool m_isHotKeysAvaliable = true;
 };
