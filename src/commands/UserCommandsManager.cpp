@@ -200,34 +200,39 @@ QString UserCommandsManager::keepForeignFile(const QString &path) {
 }
 
 void UserCommandsManager::set_Commands(const QMap<QString, QList<UserCommand>> &commands) {
-    QList<QPair<ClientThemeInfo, QList<UserCommand>>> toSave;
     QMap<QString, QList<UserCommand>> former;
-    {
-        const QMutexLocker locker(&m_mutex);
-        for (auto entry = commands.cbegin(); entry != commands.cend(); ++entry) {
-            const auto theme = m_knownThemes.constFind(entry.key());
-            if (theme == m_knownThemes.constEnd()) {
-                throw Exception(
-                    QStringLiteral("UserCommandsManager: Theme %1 not found").arg(entry.key()));
-            }
-            former.insert(entry.key(), m_commands.value(entry.key()));
-            m_commands.insert(entry.key(), entry.value());
-            toSave.append({*theme, entry.value()});
-        }
-    }
     try {
-        for (const auto &entry : qAsConst(toSave)) {
-            Save(entry.first, entry.second);
-            former.remove(entry.first.id());
+        const QList<ClientThemeInfo> themes = replaceCommands(commands, &former);
+        for (const ClientThemeInfo &theme : themes) {
+            Save(theme, commands.value(theme.id()));
+            former.remove(theme.id());
         }
     } catch (...) {
         // What is not stored does not count either.
-        const QMutexLocker locker(&m_mutex);
-        for (auto entry = former.cbegin(); entry != former.cend(); ++entry)
-            m_commands.insert(entry.key(), entry.value());
+        QMap<QString, QList<UserCommand>> ignored;
+        replaceCommands(former, &ignored);
+        updateCommands();
         throw;
     }
     emit CommandsChanged();
+}
+
+QList<ClientThemeInfo>
+UserCommandsManager::replaceCommands(const QMap<QString, QList<UserCommand>> &commands,
+                                     QMap<QString, QList<UserCommand>> *former) {
+    const QMutexLocker locker(&m_mutex);
+    QList<ClientThemeInfo> themes;
+    for (auto entry = commands.cbegin(); entry != commands.cend(); ++entry) {
+        const auto theme = m_knownThemes.constFind(entry.key());
+        if (theme == m_knownThemes.constEnd()) {
+            throw Exception(
+                QStringLiteral("UserCommandsManager: Theme %1 not found").arg(entry.key()));
+        }
+        former->insert(entry.key(), m_commands.value(entry.key()));
+        m_commands.insert(entry.key(), entry.value());
+        themes.append(*theme);
+    }
+    return themes;
 }
 
 QList<UserCommand> UserCommandsManager::get_ThemeCommands(const QString &themeId) const {

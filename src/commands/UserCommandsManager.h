@@ -77,6 +77,11 @@ signals:
 private:
     void loadUserFile(const QString &path, QMap<QString, ClientThemeInfo> *themes,
                       QMap<QString, QList<UserCommand>> *commands);
+    /// Puts the lists in place of those of their dictionaries, which it keeps in former, up to the
+    /// first dictionary that is not known.
+    /// @return the dictionaries
+    QList<ClientThemeInfo> replaceCommands(const QMap<QString, QList<UserCommand>> &commands,
+                                           QMap<QString, QList<UserCommand>> *former);
     /// Keeps a copy of the file beside it if it is not as this program left it.
     /// @return the copy's path, or an empty text
     QString keepForeignFile(const QString &path);

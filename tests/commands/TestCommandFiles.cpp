@@ -238,9 +238,10 @@ void TestCommandFiles::savesWhatIsTheUsers() {
     m_manager->LoadAll();
     QCOMPARE(describe(m_manager->get_ThemeCommands("42")), (QStringList{"в=3", "а=1"}));
     QCOMPARE(failureOf([&] {
-                 m_manager->set_Commands({{"43", {}}});
+                 m_manager->set_Commands({{"42", {text("г", "4")}}, {"43", {}}});
              }),
              QString("UserCommandsManager: Theme 43 not found"));
+    QCOMPARE(describe(m_manager->get_ThemeCommands("42")), (QStringList{"в=3", "а=1"}));
     QCOMPARE(changed.size(), 1);
 }
 

@@ -55,7 +55,7 @@ QString CommonFileReader::ReadFile(const QString &path, QString *error) {
         // Not by the device's text mode, which drops every carriage return.
         return stream.readAll().replace(QLatin1String("\r\n"), QLatin1String("\n"));
     } catch (const std::exception &failure) {
-        qWarning() << "Read file error: " << failure.what();
+        qWarning() << "Read file error:" << failure.what();
         *error = tr("Произошла ошибка при чтении из файла");
         return QString();
     }
