@@ -214,6 +214,7 @@ void TestProfile::filesAreJudged_data() {
         QString("json file was not found "));
     row("cut off", QString("Regions.json"), QByteArray("{\"records\":[{"),
         QString("Failed to parse json file "));
+    row("empty", QString("Clinics.json"), QByteArray(""), QString("Failed to parse json file "));
     row("a list", QString("Regions.json"), QByteArray("[]"),
         QString("json file has incorrect format, root expected to be 'records' element with list "
                 "inside of it "));
@@ -227,7 +228,7 @@ void TestProfile::filesAreJudged() {
     QFETCH(QByteArray, content);
     QFETCH(QString, log);
     const QString path = m_folder->filePath(file);
-    if (content.isEmpty())
+    if (content.isNull())
         QVERIFY(QFile::remove(path));
     else
         QVERIFY(save(path, content));

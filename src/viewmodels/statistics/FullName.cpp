@@ -16,8 +16,9 @@ QString tr(const char *text) {
 
 /// A word, perhaps joined of several, perhaps in brackets; an initial; a Roman number.
 bool isPartOfName(const QString &part) {
-    static const QRegularExpression expression(QStringLiteral(
-        "^((\\([А-яЁё]+([-–`][А-яЁё]+)*\\))|([А-яЁё]+([-–`][А-яЁё]+)*)|([А-яЁё]\\.*)|[IV]+)$"));
+    // Anchored, since "$" would let a line feed pass behind the name.
+    static const QRegularExpression expression(QRegularExpression::anchoredPattern(QStringLiteral(
+        "^((\\([А-яЁё]+([-–`][А-яЁё]+)*\\))|([А-яЁё]+([-–`][А-яЁё]+)*)|([А-яЁё]\\.*)|[IV]+)$")));
     return expression.match(part).hasMatch();
 }
 

@@ -4,18 +4,21 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include <optional>
+
 namespace {
 
-QByteArray contentOf(const QString &path) {
+/// @return nothing if the file cannot be opened, which is logged
+std::optional<QByteArray> contentOf(const QString &path) {
     QFile file(path);
     if (!file.exists()) {
         qCritical().noquote() << "json file was not found" << path;
-        return QByteArray();
+        return std::nullopt;
     }
     if (!file.open(QIODevice::ReadOnly)) {
         qCritical().noquote() << "Failed to open json file, maybe its used by another process!"
                               << path;
-        return QByteArray();
+        return std::nullopt;
     }
     return file.readAll();
 }
@@ -23,11 +26,11 @@ QByteArray contentOf(const QString &path) {
 } // namespace
 
 QJsonArray ReferenceFile::LoadJsonArray(const QString &path) {
-    const QByteArray content = contentOf(path);
-    if (content.isNull())
+    const std::optional<QByteArray> content = contentOf(path);
+    if (!content)
         return QJsonArray();
     QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(content, &error);
+    const QJsonDocument document = QJsonDocument::fromJson(*content, &error);
     if (error.error != QJsonParseError::NoError) {
         qCritical().noquote().nospace()
             << "Failed to parse json file " << path << "   " << error.errorString();
