@@ -36,6 +36,8 @@ struct Store {
 /// All files at the start, merged and announced.
 void loadsCommands(benchmark::State &state) {
     Store store;
+    // The file of the run before is known then.
+    store.manager.LoadAll();
     store.manager.Save(ClientThemeInfo(), manyCommands(static_cast<int>(state.range(0))));
     for (auto _ : state)
         store.manager.LoadAll();

@@ -190,9 +190,8 @@ QString UserCommandsManager::keepForeignFile(const QString &path) {
     const QByteArray hash = hashOf(path);
     if (hash.isEmpty() || hash == m_fileHashes.value(path))
         return {};
-    const QString copy = path +
-                         QDateTime::currentDateTime().toString(QStringLiteral(".yyyyMMdd-hhmmss")) +
-                         QStringLiteral(".bak");
+    const QString copy =
+        path + QDateTime::currentDateTime().toString(QStringLiteral(".yyyyMMdd-hhmmss-zzz'.bak'"));
     if (!QFile::copy(path, copy))
         throw Exception(QStringLiteral("UserCommandsManager: Cannot keep file '%1'").arg(path));
     qWarning() << "Another program has changed" << path << "which is kept as" << copy;
