@@ -35,7 +35,8 @@ void HttpRequestBuffer::findBody() {
             m_hasBody = true;
             m_wholeSize += m_lineStart;
         } else if (line.left(colon).trimmed().toLower() == "content-length") {
-            m_wholeSize = std::max(line.mid(colon + 1).trimmed().toLongLong(), 0LL);
+            m_wholeSize = std::clamp(line.mid(colon + 1).trimmed().toLongLong(), 0LL,
+                                     static_cast<qlonglong>(maximumBytes));
         }
     }
 }

@@ -223,11 +223,10 @@ void VirtualDesk::startWindowManager() {
     const XConnection display = connectToScreen();
     const Window root = DefaultRootWindow(display.get());
     const Window asked = XCreateSimpleWindow(display.get(), root, 0, 0, 10, 10, 0, 0, 0);
-    QProcess *manager =
-        m_needs & Xfce ? start("xfwm4", {"--compositor=off"}) : start("openbox", {});
+    m_windowManager = m_needs & Xfce ? start("xfwm4", {"--compositor=off"}) : start("openbox", {});
     // The window manager names itself early and loses what comes before its event loop; a window
     // shown till then would not get the focus. So it is up when it answers.
-    awaitUp(manager, "the window manager", [&] {
+    awaitUp(m_windowManager, "the window manager", [&] {
         if (hasProperty(display.get(), asked, "_NET_FRAME_EXTENTS"))
             return true;
         askForFrame(display.get(), asked);
@@ -284,6 +283,11 @@ void VirtualDesk::startTray(Edge edge) {
 void VirtualDesk::stopTray() {
     end(m_tray);
     m_tray = nullptr;
+}
+
+void VirtualDesk::stopWindowManager() {
+    end(m_windowManager);
+    m_windowManager = nullptr;
 }
 
 QProcess *VirtualDesk::startPanel(Edge edge) {

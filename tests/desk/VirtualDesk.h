@@ -65,6 +65,8 @@ public:
     /// Starts the session's tray, unless it runs, and returns when icons can dock.
     void startTray(Edge edge = Edge::Top);
     void stopTray();
+    /// Ends the window manager for good; nobody gives the focus to anyone from then on.
+    void stopWindowManager();
     void startSound();
     void stopSound();
     /// Plugs a device: `pactl load-module …`; returns the module's index.
@@ -93,6 +95,7 @@ private:
     const Needs m_needs;
     QTemporaryDir m_folder;
     std::vector<std::unique_ptr<DeskProcess>> m_processes;
+    QProcess *m_windowManager = nullptr;
     QProcess *m_tray = nullptr;
     QProcess *m_sound = nullptr;
     int m_started = 0;

@@ -190,7 +190,7 @@ void TestWindows::commandsAreEdited() {
         ProgramWindow::type("bp");
         ProgramWindow::key("Tab");
         ProgramWindow::type("blood pressure");
-        ProgramWindow::key("Tab Tab Return");
+        ProgramWindow::key("Tab Right Return");
         QVERIFY(dialog.isGone());
         // The new one is the current row.
         ProgramWindow::key("F4");

@@ -214,6 +214,9 @@ void TestRestProxy::takesRequestsInPieces_data() {
         << QByteArray(20 << 20, 'x');
     QTest::newRow("a body that never comes to its end")
         << QList<QByteArray>{"POST /a HTTP/1.1\r\nContent-Length: 100\r\n\r\n{"} << QByteArray("{");
+    QTest::newRow("a length beyond all numbers")
+        << QList<QByteArray>{"POST /a HTTP/1.1\r\nContent-Length: 9223372036854775807\r\n\r\n{"}
+        << QByteArray("{");
     QTest::newRow("100,000 headers")
         << QList<QByteArray>{"POST /a HTTP/1.1\r\n", QByteArray("X-A: 1\r\n").repeated(100000),
                              "Content-Length: 2\r\n\r\n{}"}

@@ -146,5 +146,6 @@ void CommandsViewModel::clear() {
         collection->deleteLater();
     }
     set_ThemeIndex(0);
+    set_typeIndex(0);
     emit changed_CommandSetList();
 }

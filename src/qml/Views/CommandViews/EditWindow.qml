@@ -15,7 +15,7 @@ Ostrel.SubWindow {
 
     function moveFocus(event) {
         const item = activeFocusItem
-        const isForward = event.key === Qt.Key_Down
+        const isForward = event.key === Qt.Key_Down || event.key === Qt.Key_Right
         const next = item ? item.nextItemInFocusChain(isForward) : null
         if (next)
             next.forceActiveFocus(isForward ? Qt.TabFocusReason : Qt.BacktabFocusReason)
@@ -62,6 +62,8 @@ Ostrel.SubWindow {
         RowLayout {
             Layout.alignment: Qt.AlignRight
             spacing: 12
+            Keys.onLeftPressed: function(event) { dialog.moveFocus(event) }
+            Keys.onRightPressed: function(event) { dialog.moveFocus(event) }
 
             Button {
                 text: qsTr("Отмена")
