@@ -122,9 +122,13 @@ void AutoReplaceManager::RefreshAllTextCommands() {
 
 void AutoReplaceManager::asrThemeChanged() {
     const QMutexLocker locker(&m_mutex);
+    const QString themeId = m_asrManager->getSelectedTheme().id();
+    // Each connection tells the dictionary anew.
+    if (!themeId.isEmpty() && themeId == m_selectedThemeId)
+        return;
     if (!m_selectedThemeId.isEmpty())
         dropThemeCommands(m_selectedThemeId);
-    m_selectedThemeId = m_asrManager->getSelectedTheme().id();
+    m_selectedThemeId = themeId;
     if (!m_selectedThemeId.isEmpty())
         AppendThemeCommands(m_selectedThemeId);
     indexReplacements();

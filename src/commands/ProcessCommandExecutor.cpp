@@ -1,8 +1,10 @@
 #include "commands/ProcessCommandExecutor.h"
 
+#include <QDebug>
 #include <QProcess>
 
 CommandResult ProcessCommandExecutor::Execute(const UserCommand &command) const {
-    QProcess::startDetached(command.Text, QStringList());
+    if (!QProcess::startDetached(command.Text, QStringList()))
+        qWarning().noquote() << "Cannot start:" << command.Text;
     return {};
 }

@@ -12,6 +12,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMutexLocker>
 #include <QUuid>
 
@@ -23,6 +24,8 @@ namespace {
 
 const auto directoryName = QStringLiteral("commands");
 const auto allThemesFileName = QStringLiteral("default.json");
+/// Of a copy that does not count as a command file.
+const auto foreignSuffix = QStringLiteral(".bak");
 
 /// The folder of the user's files, which is made if it is not there.
 QDir enterCommandsFolder() {
@@ -118,10 +121,14 @@ void UserCommandsManager::LoadAll() {
     QMap<QString, QList<UserCommand>> commands{
         {QString(),
          LoadFrom(programFolder.filePath(QStringLiteral("autoreplaces.json")), nullptr, true)}};
-    const QStringList files =
-        folder.entryList({QStringLiteral("*.json")}, QDir::Files | QDir::Readable, QDir::Name);
-    for (const QString &file : files)
-        loadUserFile(folder.filePath(file), &themes, &commands);
+    const QFileInfoList files =
+        folder.entryInfoList({QStringLiteral("*.json")}, QDir::Files, QDir::Name);
+    for (const QFileInfo &file : files) {
+        if (file.isReadable())
+            loadUserFile(folder.filePath(file.fileName()), &themes, &commands);
+        else
+            qWarning() << "Command file cannot be read:" << file.filePath();
+    }
     for (QList<UserCommand> &list : commands)
         mergeAndOrder(&list);
     themes[QString()] = allThemes();
@@ -137,10 +144,14 @@ void UserCommandsManager::LoadAll() {
 void UserCommandsManager::loadUserFile(const QString &path, QMap<QString, ClientThemeInfo> *themes,
                                        QMap<QString, QList<UserCommand>> *commands) {
     ClientThemeInfo theme;
+    // Before it is read: what is written meanwhile is another program's.
+    QByteArray hash = hashOf(path);
     QList<UserCommand> loaded = LoadFrom(path, &theme, false);
-    if (completeIds(&loaded))
+    if (completeIds(&loaded)) {
         SaveTo(path, theme, loaded);
-    m_fileHashes.insert(path, hashOf(path));
+        hash = hashOf(path);
+    }
+    m_files.insert(path, {hash, theme.id()});
     if (!themes->contains(theme.id()))
         themes->insert(theme.id(), theme);
     (*commands)[theme.id()] += loaded;
@@ -166,7 +177,7 @@ void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCom
     QList<UserCommand> own;
     std::copy_if(commands.cbegin(), commands.cend(), std::back_inserter(own),
                  [](const UserCommand &command) { return !command.IsSystem; });
-    const QString copy = keepForeignFile(path);
+    const QString copy = keepFormerFile(path, theme.id());
     try {
         if (!own.isEmpty())
             SaveTo(path, theme, own);
@@ -178,39 +189,50 @@ void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCom
             QFile::remove(copy);
         throw;
     }
-    if (!copy.isEmpty()) {
+    if (copy.endsWith(foreignSuffix)) {
         emit CommandFileKept(
             tr("Файл «%1» изменила другая программа. Её версия сохранена: «%2»").arg(path, copy));
     }
-    m_fileHashes.insert(path, hashOf(path));
+    m_files.insert(path, {hashOf(path), theme.id()});
     updateCommands();
 }
 
-QString UserCommandsManager::keepForeignFile(const QString &path) {
-    const QByteArray hash = hashOf(path);
-    if (hash.isEmpty() || hash == m_fileHashes.value(path))
+QString UserCommandsManager::keepFormerFile(const QString &path, const QString &themeId) {
+    if (!QFileInfo(path).isFile())
         return {};
+    const QByteArray hash = hashOf(path);
+    const StoredFile stored = m_files.value(path);
+    const bool isForeign = hash.isEmpty() || hash != stored.hash;
+    if (!isForeign && stored.themeId == themeId)
+        return {};
+    // The commands of another dictionary are to count at the next start as well.
     const QString copy =
-        path + QDateTime::currentDateTime().toString(QStringLiteral(".yyyyMMdd-hhmmss-zzz'.bak'"));
+        path + QDateTime::currentDateTime().toString(QStringLiteral(".yyyyMMdd-hhmmss-zzz")) +
+        (isForeign ? foreignSuffix : QStringLiteral(".json"));
     if (!QFile::copy(path, copy))
         throw Exception(QStringLiteral("UserCommandsManager: Cannot keep file '%1'").arg(path));
-    qWarning() << "Another program has changed" << path << "which is kept as" << copy;
+    qWarning().noquote() << (isForeign ? "Changed by another program:" : "Of another dictionary:")
+                         << path << "is kept as" << copy;
     return copy;
 }
 
 void UserCommandsManager::set_Commands(const QMap<QString, QList<UserCommand>> &commands) {
     QMap<QString, QList<UserCommand>> former;
+    bool isAnyStored = false;
     try {
         const QList<ClientThemeInfo> themes = replaceCommands(commands, &former);
         for (const ClientThemeInfo &theme : themes) {
             Save(theme, commands.value(theme.id()));
             former.remove(theme.id());
+            isAnyStored = true;
         }
     } catch (...) {
         // What is not stored does not count either.
         QMap<QString, QList<UserCommand>> ignored;
         replaceCommands(former, &ignored);
         updateCommands();
+        if (isAnyStored)
+            emit CommandsChanged();
         throw;
     }
     emit CommandsChanged();

@@ -82,9 +82,17 @@ private:
     /// @return the dictionaries
     QList<ClientThemeInfo> replaceCommands(const QMap<QString, QList<UserCommand>> &commands,
                                            QMap<QString, QList<UserCommand>> *former);
-    /// Keeps a copy of the file beside it if it is not as this program left it.
+    /// What a file held when it was read or written last, and for which dictionary.
+    struct StoredFile {
+        QByteArray hash;
+        QString themeId;
+    };
+
+    /// Keeps a copy of the file beside it if this program did not leave it so, or left it for
+    /// another dictionary than the one whose commands are to replace it.
     /// @return the copy's path, or an empty text
-    QString keepForeignFile(const QString &path);
+    /// @throws Exception  what would be lost cannot be read or copied
+    QString keepFormerFile(const QString &path, const QString &themeId);
     /// To be called under the lock.
     void offerAllThemesOnly();
     QString executeUserCommand(const UserCommand &command) const;
@@ -95,8 +103,7 @@ private:
     QMap<QString, ClientThemeInfo> m_knownThemes;
     QMap<QString, ClientThemeInfo> m_offeredThemes;
     QMap<QString, QList<UserCommand>> m_commands;
-    /// What the files held when they were read or written last, by path.
-    QHash<QString, QByteArray> m_fileHashes;
+    QHash<QString, StoredFile> m_files;
     std::map<UserCommandNamespace::UserCommandType, std::unique_ptr<UserCommandExecutor>>
         m_executors;
 };

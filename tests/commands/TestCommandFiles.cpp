@@ -98,6 +98,8 @@ private slots:
     void refusesAFile_data();
     void refusesAFile();
     void savesWhatIsTheUsers();
+    void keepsCommandsUnderAnotherName();
+    void putsInForceWhatIsStored();
     void keepsIdsOfServersInTheFolder_data();
     void keepsIdsOfServersInTheFolder();
     void keepsTheOldFile_data();
@@ -242,6 +244,35 @@ void TestCommandFiles::savesWhatIsTheUsers() {
              }),
              QString("UserCommandsManager: Theme 43 not found"));
     QCOMPARE(describe(m_manager->get_ThemeCommands("42")), (QStringList{"в=3", "а=1"}));
+    QCOMPARE(changed.size(), 1);
+}
+
+void TestCommandFiles::keepsCommandsUnderAnotherName() {
+    QVERIFY(save(folder() + "default.json", fileOf("42", {"а=1"})));
+    QVERIFY(save(folder() + "theme_42.json", fileOf("43", {"б=2"})));
+    m_manager->LoadAll();
+    m_manager->set_Commands({{"", {text("в", "3")}}, {"42", {}}});
+    m_manager->LoadAll();
+    QCOMPARE(describe(m_manager->get_ThemeCommands("")), QStringList{"в=3"});
+    QCOMPARE(describe(m_manager->get_ThemeCommands("42")), QStringList{"а=1"});
+    QCOMPARE(describe(m_manager->get_ThemeCommands("43")), QStringList{"б=2"});
+    // Now each file is what it is called.
+    const QStringList files = QDir(folder()).entryList(QDir::Files);
+    m_manager->set_Commands({{"", {text("г", "4")}}});
+    QCOMPARE(QDir(folder()).entryList(QDir::Files), files);
+}
+
+void TestCommandFiles::putsInForceWhatIsStored() {
+    QVERIFY(save(folder() + "x.json", fileOf("42", {"а=1"})));
+    m_manager->LoadAll();
+    QVERIFY(QDir(folder()).mkdir("theme_42.json"));
+    QSignalSpy changed(m_manager.get(), &UserCommandsManager::CommandsChanged);
+    const QString failure = failureOf([&] {
+        m_manager->set_Commands({{"", {text("б", "2")}}, {"42", {text("в", "3")}}});
+    });
+    QVERIFY2(failure.contains("theme_42.json"), qPrintable(failure));
+    QCOMPARE(describe(m_manager->get_ThemeCommands("")), QStringList{"б=2"});
+    QCOMPARE(describe(m_manager->get_ThemeCommands("42")), QStringList{"а=1"});
     QCOMPARE(changed.size(), 1);
 }
 

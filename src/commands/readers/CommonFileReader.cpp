@@ -1,7 +1,9 @@
 #include "commands/readers/CommonFileReader.h"
 
 #include "commands/readers/ReadingLimits.h"
+#include "core/Exception.h"
 
+#include <QDateTime>
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
@@ -50,13 +52,18 @@ QString CommonFileReader::ReadFile(const QString &path, QString *error) {
             *error = ReadingLimits::tooLarge();
             return QString();
         }
+        if (file.error() != QFileDevice::NoError)
+            throw Exception(file.errorString());
+        const QFileInfo now(path);
+        if (now.size() != info.size() || now.lastModified() != info.lastModified())
+            throw Exception("The file has changed meanwhile");
         QTextStream stream(bytes);
         stream.setCodec(codecOf(bytes));
         // Not by the device's text mode, which drops every carriage return.
         return stream.readAll().replace(QLatin1String("\r\n"), QLatin1String("\n"));
     } catch (const std::exception &failure) {
         qWarning() << "Read file error:" << failure.what();
-        *error = tr("Произошла ошибка при чтении из файла");
+        *error = ReadingLimits::unreadable();
         return QString();
     }
 }

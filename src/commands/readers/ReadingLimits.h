@@ -23,4 +23,8 @@ inline QString tooLarge() {
     return QObject::tr("Файл слишком велик");
 }
 
+inline QString unreadable() {
+    return QObject::tr("Произошла ошибка при чтении из файла");
+}
+
 } // namespace ReadingLimits

@@ -93,7 +93,7 @@ void CommandsCollectionViewModel::deleteCommand(QObject *row) {
     auto *command = qobject_cast<UserCommandViewModel *>(row);
     if (!command)
         return;
-    qDebug() << "deleteItem #" << row;
+    qDebug().nospace() << "deleteItem #" << row;
     remove(command);
     command->deleteLater();
 }

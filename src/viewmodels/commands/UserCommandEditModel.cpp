@@ -8,8 +8,8 @@ UserCommandEditModel::UserCommandEditModel(UserCommandViewModel *command,
       m_type(collection->type()) {}
 
 bool UserCommandEditModel::isTaken(const QString &pattern) const {
+    // As it would be stored: blanks that are dropped then make no other phrase.
     const UserCommandViewModel *found =
-        // As it would be stored: blanks that are dropped then make no other phrase.
         m_collection ? m_collection->findCommand(m_themeId, pattern.simplified()) : nullptr;
     return found && found != m_command;
 }

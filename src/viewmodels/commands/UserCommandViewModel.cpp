@@ -14,7 +14,8 @@ UserCommandViewModel::UserCommandViewModel(const UserCommand &command, const QSt
                                            QObject *parent)
     : QObject(parent), m_command(command), m_theme(themeId) {
     m_command.Text = ConvertSpecialText(command.Text);
-    m_command.IsPunctuation = false;
+    // A mark of the system's stays one, or the server's own punctuation would be set twice.
+    m_command.IsPunctuation = command.IsSystem && command.IsPunctuation;
 }
 
 QString UserCommandViewModel::ConvertSpecialText(QString text) {
