@@ -39,7 +39,8 @@ public:
             if (m_device)
                 OnDeviceStart();
             else
-                qCWarning(audiodevlog) << "Cannot create audio device " << device.deviceName();
+                qCWarning(audiodevlog).noquote().nospace()
+                    << "Cannot create audio device " << device.deviceName();
         } catch (const std::exception &error) {
             qCDebug(audiodevlog) << error.what();
             StopDevice();

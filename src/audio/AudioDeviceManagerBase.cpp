@@ -117,7 +117,7 @@ void AudioDeviceManagerBase::audiolistmanager_DeiceListChanged() {
         else
             TakeOverFirstList(newList);
     } catch (const std::exception &error) {
-        qCCritical(audiodevlog) << "Audio device manager error: " << error.what();
+        qCCritical(audiodevlog).nospace() << "Audio device manager error: " << error.what();
     } catch (...) {
         qCCritical(audiodevlog) << "Audio device manager unknown error";
     }

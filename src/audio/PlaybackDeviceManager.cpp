@@ -13,6 +13,7 @@ namespace {
 constexpr int wavHeaderBytes = 44;
 constexpr int sampleBytes = 2;
 constexpr int sampleRate = 22050;
+constexpr int halfSampleLifeMs = 1000;
 /// Twenty minutes of speech. A device that takes nothing must not fill the memory.
 constexpr qint64 maxQueuedBytes = 20LL * 60 * sampleRate * sampleBytes;
 } // namespace
@@ -71,11 +72,12 @@ QAudioOutput *PlaybackDeviceManager::CreateDevice(const ExtAudioDeviceInfo &devi
     auto *output = new QAudioOutput(device, m_format, this);
     connect(output, &QObject::destroyed, output,
             [description = device.Description()](const QObject *object) {
-                qCDebug(audiodevlog)
-                    << "Delete audio output " << description << static_cast<const void *>(object);
+                qCDebug(audiodevlog).noquote().nospace()
+                    << "Delete audio output " << description << " "
+                    << static_cast<const void *>(object);
             });
-    qCDebug(audiodevlog) << "Created audio output " << device.Description()
-                         << static_cast<const void *>(output);
+    qCDebug(audiodevlog).noquote().nospace() << "Created audio output " << device.Description()
+                                             << " " << static_cast<const void *>(output);
     return output;
 }
 
@@ -104,7 +106,7 @@ void PlaybackDeviceManager::OnDeviceStop() {
 }
 
 void PlaybackDeviceManager::OnDeviceStateChanged(QAudio::State state) {
-    qCInfo(audiodevlog) << "State: " << state;
+    qCInfo(audiodevlog).nospace() << "State: " << state;
     const auto *output = qobject_cast<QAudioOutput *>(sender());
     if (output && state != QAudio::ActiveState)
         UpdateLevel(0);
@@ -128,8 +130,11 @@ void PlaybackDeviceManager::UpdateLevel(int level) {
 void PlaybackDeviceManager::playSoundFile(const QString &filePath) {
     try {
         QFile file(filePath);
-        if (!file.open(QIODevice::ReadOnly) || !file.seek(wavHeaderBytes))
+        if (!file.open(QIODevice::ReadOnly) || !file.seek(wavHeaderBytes)) {
+            qCWarning(audiodevlog).noquote()
+                << "Cannot play" << filePath << "-" << file.errorString();
             return;
+        }
         // A signal may come between two blocks of speech that share a sample.
         const QByteArray half = std::exchange(m_halfSample, {});
         playSound(file.readAll());
@@ -142,25 +147,32 @@ void PlaybackDeviceManager::playSoundFile(const QString &filePath) {
 }
 
 void PlaybackDeviceManager::playSound(const QByteArray &_data) {
-    const int level = LevelCalc::GetSoundLevel(reinterpret_cast<const short *>(_data.constData()),
-                                               _data.size() / sampleBytes);
-    if (m_outputStream) {
-        Enqueue(_data);
+    // Also of what is dropped, or the rest would be made of halves of two samples.
+    const QByteArray block = WholeSamples(_data);
+    const int level = LevelCalc::GetSoundLevel(reinterpret_cast<const short *>(block.constData()),
+                                               block.size() / sampleBytes);
+    if (m_outputStream && !block.isEmpty()) {
+        Enqueue(block);
         WriteDataToStream();
     }
     UpdateLevel(level);
 }
 
-void PlaybackDeviceManager::Enqueue(QByteArray block) {
-    // Half a sample ends the stream for PulseAudio; its other half begins the next block.
-    if (!m_halfSample.isEmpty())
-        block.prepend(std::exchange(m_halfSample, {}));
+QByteArray PlaybackDeviceManager::WholeSamples(QByteArray block) {
+    // Half a sample ends the stream for PulseAudio; its other half begins the next block, unless
+    // that is the begin of other speech.
+    if (!m_halfSample.isEmpty() && !m_sinceHalfSample.hasExpired(halfSampleLifeMs))
+        block.prepend(m_halfSample);
+    m_halfSample.clear();
     if (block.size() % sampleBytes != 0) {
         m_halfSample = block.right(1);
+        m_sinceHalfSample.start();
         block.chop(1);
     }
-    if (block.isEmpty())
-        return;
+    return block;
+}
+
+void PlaybackDeviceManager::Enqueue(const QByteArray &block) {
     if (m_queuedBytes + block.size() > maxQueuedBytes) {
         qCWarning(audiodevlog) << "Too much sound waits to be played, dropped:" << block.size();
         return;

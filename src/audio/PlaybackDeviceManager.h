@@ -5,6 +5,7 @@
 #include <QAudioFormat>
 #include <QAudioOutput>
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QList>
 #include <QPointer>
 
@@ -56,7 +57,9 @@ protected:
     QAudioOutput *CreateDevice(const ExtAudioDeviceInfo &device) override;
 
 private:
-    void Enqueue(QByteArray block);
+    /// The block without a last half of a sample, which is kept for the next one.
+    QByteArray WholeSamples(QByteArray block);
+    void Enqueue(const QByteArray &block);
     /// Hands the device as much as it takes.
     void WriteDataToStream();
     void KeepPlaying();
@@ -76,6 +79,7 @@ private:
     qint64 m_queuedBytes = 0;
     int m_written = 0;
     QByteArray m_halfSample;
+    QElapsedTimer m_sinceHalfSample;
     /// How much the device would have taken at its last notice, -1 once it was handed something;
     /// the same again means that it has not begun.
     int m_roomBefore = -1;

@@ -85,7 +85,7 @@ void PulseAudioManager::StartMainLoop() {
     }
     const int code = pa_threaded_mainloop_start(mainLoop);
     if (code != 0) {
-        qCWarning(pulselog) << "Unable to start pulseaudio mainloop, code = " << code;
+        qCWarning(pulselog).nospace() << "Unable to start pulseaudio mainloop, code = " << code;
         pa_threaded_mainloop_free(mainLoop);
         return;
     }
@@ -156,7 +156,7 @@ pa_utils::ContextRef PulseAudioManager::Connect() {
     pa_context_set_state_callback(context.get(), connecting_callback, m_mainLoop);
     const int code = pa_context_connect(context.get(), nullptr, PA_CONTEXT_NOFLAGS, nullptr);
     if (code < 0) {
-        qCWarning(pulselog) << "pa_context_connect failed, code = " << code;
+        qCWarning(pulselog).nospace() << "pa_context_connect failed, code = " << code;
         return nullptr;
     }
     if (!WaitUntilReady(context.get()))

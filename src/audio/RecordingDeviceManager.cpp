@@ -69,11 +69,12 @@ QAudioInput *RecordingDeviceManager::CreateDevice(const ExtAudioDeviceInfo &devi
     auto *input = new QAudioInput(device, m_format, this);
     connect(input, &QObject::destroyed, input,
             [description = device.Description()](const QObject *object) {
-                qCDebug(audiodevlog)
-                    << "Delete audio input " << description << static_cast<const void *>(object);
+                qCDebug(audiodevlog).noquote().nospace()
+                    << "Delete audio input " << description << " "
+                    << static_cast<const void *>(object);
             });
-    qCDebug(audiodevlog) << "Created audio input " << device.Description()
-                         << static_cast<const void *>(input);
+    qCDebug(audiodevlog).noquote().nospace() << "Created audio input " << device.Description()
+                                             << " " << static_cast<const void *>(input);
     return input;
 }
 
@@ -87,8 +88,8 @@ void RecordingDeviceManager::OnDeviceStart() {
     set_Gain(m_gain);
     m_soundSource = Device()->start();
     m_sinceSound.start();
-    qCDebug(audiodevlog) << "Audio buffer size:   " << Device()->bufferSize();
-    qCDebug(audiodevlog) << "Audio data interval: " << Device()->notifyInterval();
+    qCDebug(audiodevlog).nospace() << "Audio buffer size:   " << Device()->bufferSize();
+    qCDebug(audiodevlog).nospace() << "Audio data interval: " << Device()->notifyInterval();
     settings.sync();
     if (!m_soundSource)
         throw Exception(QStringLiteral("Device error: %1 on %2")
@@ -129,7 +130,7 @@ void RecordingDeviceManager::OnDeviceStateChanged(QAudio::State state) {
 }
 
 void RecordingDeviceManager::FailDevice(QAudio::Error error) {
-    qCDebug(audiodevlog) << "device error: " << static_cast<int>(error);
+    qCDebug(audiodevlog).nospace() << "device error: " << static_cast<int>(error);
     const QAudioInput *failed = Device();
     emit DeviceError(error);
     // A receiver may have closed it or chosen another one.
