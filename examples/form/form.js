@@ -8,7 +8,7 @@ const restPort = address.get("rest") || 39256;
 
 // The numbers that a form sends, and those that it gets.
 const Send = { focus: 5, description: 6, finished: 7, theme: 9 };
-const Get = { state: 0, value: 1, focus: 2, values: 6, partial: 9 };
+const Get = { value: 1, focus: 2, values: 6, partial: 9 };
 
 // What the server is told of the fields; type 0 is a text.
 const fields = [
@@ -25,7 +25,13 @@ const byId = (id) => document.getElementById(id);
 const fieldOf = (key) => document.querySelector(`textarea[name="${CSS.escape(key)}"]`);
 
 let socket = null;
+let reconnection = 0; // timers
+let themesRetry = 0;
 let isTold = false; // the focus is being moved at the server's word
+let lastField = fields[0].Key; // a button that is pressed has the focus itself
+// Described and not finished, as far as a form can know: a form mode that is ended by key or by
+// voice is not told.
+let isDescribed = false;
 
 function send(code, data) {
     if (socket && socket.readyState === WebSocket.OPEN)
@@ -36,10 +42,11 @@ function show(text, isOpen, offersAgain) {
     byId("state").textContent = text;
     byId("connection").classList.toggle("open", isOpen);
     byId("again").hidden = !offersAgain;
-    byId("finish").disabled = !isOpen;
+    byId("finish").disabled = !isDescribed;
 }
 
 function connect() {
+    clearTimeout(reconnection);
     if (socket)
         return;
     show("Подключение…", false, false);
@@ -50,27 +57,36 @@ function connect() {
 }
 
 // The form introduces itself when it connects, and when the doctor comes back to it after dictation
-// was ended by key or by voice, of which the program tells nothing.
+// was ended by key or by voice. The program tells nothing of that, so the way back is always open.
 function describe() {
-    show("Диктовка в форму: говорите", true, false);
+    isDescribed = true;
+    show("Диктовка в форму: говорите", true, true);
     send(Send.description, {
         Key: "examination", Name: document.title, Mode: 0, CultureCode: "ru-RU", ThemeId: "",
         Childs: fields, CustomCommands: [], FormCommands: [], FormSettings: {}, IsDeleted: false,
     });
-    const active = document.activeElement;
-    send(Send.focus, active && active.name ? active.name : fields[0].Key);
+    send(Send.focus, lastField);
     loadThemes();
+}
+
+// Said once only: it ends whatever dictation runs, and the next one may be none of this form's.
+function finish() {
+    if (isDescribed)
+        send(Send.finished, null);
+    isDescribed = false;
 }
 
 function lose(event) {
     socket = null;
+    isDescribed = false;
+    clearTimeout(themesRetry);
     byId("partial").textContent = "";
     if (event.code === REPLACED) {
         show("Диктовка идёт в другую страницу", false, true);
         return;
     }
     show("Программа диктовки недоступна, подключение повторится", false, true);
-    setTimeout(connect, RETRY_MS);
+    reconnection = setTimeout(connect, RETRY_MS);
 }
 
 function receive({ MessageType: code, Data: data }) {
@@ -95,7 +111,10 @@ function insert({ Key: key, Value: value }) {
 
 function focus(key) {
     const field = fieldOf(key);
-    if (!field || field === document.activeElement)
+    if (!field)
+        return;
+    lastField = key;
+    if (field === document.activeElement)
         return;
     isTold = true;
     field.focus();
@@ -104,6 +123,7 @@ function focus(key) {
 
 // Plain HTTP, through the program, to whatever recognition server it is connected to.
 async function loadThemes() {
+    clearTimeout(themesRetry);
     const list = byId("theme");
     try {
         const answer = await fetch(`http://127.0.0.1:${restPort}/api/Theme`);
@@ -116,23 +136,29 @@ async function loadThemes() {
     } catch (error) {
         list.replaceChildren(new Option("Список недоступен"));
         list.disabled = true;
-        // The proxy is there once the program has a connection to a server.
+        // The proxy is there once the program has a connection to a server. Another attempt may have
+        // failed in the meantime, too.
+        clearTimeout(themesRetry);
         if (socket)
-            setTimeout(loadThemes, RETRY_MS);
+            themesRetry = setTimeout(loadThemes, RETRY_MS);
     }
 }
 
 for (const { Key: key, Name: name } of fields) {
     const label = Object.assign(document.createElement("label"), { htmlFor: key, textContent: name });
     const field = Object.assign(document.createElement("textarea"), { id: key, name: key });
-    field.addEventListener("focus", () => isTold || send(Send.focus, key));
+    field.addEventListener("focus", () => {
+        lastField = key;
+        if (isDescribed && !isTold)
+            send(Send.focus, key);
+    });
     byId("fields").append(label, field);
 }
 byId("again").onclick = () => (socket ? describe() : connect());
 byId("finish").onclick = () => {
-    send(Send.finished, null);
+    finish();
     show("Диктовка в форму закончена", true, true);
 };
 // Otherwise the program would go on describing a form that is gone.
-addEventListener("pagehide", () => send(Send.finished, null));
+addEventListener("pagehide", finish);
 connect();

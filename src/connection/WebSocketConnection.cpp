@@ -49,7 +49,8 @@ WebSocketConnection::WebSocketConnection(QObject *parent, QWebSocket *socket)
 void WebSocketConnection::sendJson(int type, const QJsonValue &data) {
     const QJsonObject envelope{
         {QStringLiteral("MessageType"), type},
-        {QStringLiteral("Data"), data},
+        // An object leaves out what is not defined.
+        {QStringLiteral("Data"), data.isUndefined() ? QJsonValue() : data},
     };
     emit sendText(QString::fromUtf8(QJsonDocument(envelope).toJson(QJsonDocument::Compact)));
 }

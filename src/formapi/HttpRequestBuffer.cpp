@@ -34,9 +34,17 @@ void HttpRequestBuffer::findBody() {
         } else if (colon < 0) {
             m_hasBody = true;
             m_wholeSize += m_lineStart;
-        } else if (line.left(colon).trimmed().toLower() == "content-length") {
-            m_wholeSize = std::clamp(line.mid(colon + 1).trimmed().toLongLong(), 0LL,
-                                     static_cast<qlonglong>(maximumBytes));
+        } else {
+            takeHeader(line.left(colon).trimmed().toLower(), line.mid(colon + 1).trimmed());
         }
     }
+}
+
+void HttpRequestBuffer::takeHeader(const QByteArray &name, const QByteArray &value) {
+    if (name == "content-length")
+        m_wholeSize = std::clamp(value.toLongLong(), 0LL, static_cast<qlonglong>(maximumBytes));
+    else if (name == "expect")
+        m_isContinueExpected = value.toLower() == "100-continue";
+    else if (name == "transfer-encoding")
+        m_isChunked = true;
 }

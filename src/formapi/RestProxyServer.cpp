@@ -8,6 +8,7 @@
 #include "core/settings/FormApiSettings.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QTcpSocket>
 #include <QTimer>
@@ -16,6 +17,10 @@ namespace {
 
 /// After so long without another piece what has come of a request is taken for all of it.
 constexpr int pauseMs = 1000;
+/// A connection on which nothing has come at all is given up after this.
+constexpr int silenceMs = 10000;
+/// An answer that is not taken until then is given up: others wait for this thread.
+constexpr int maximumWriteMs = 7000;
 /// Far more than a browser opens; the program needs its file handles for other things.
 constexpr int maximumConnections = 100;
 
@@ -143,8 +148,13 @@ void RestProxyServer::incomingConnection(qintptr descriptor) {
     }
     auto *pause = new QTimer(socket);
     pause->setSingleShot(true);
-    pause->setInterval(pauseMs);
-    connect(pause, &QTimer::timeout, this, [this, socket] { answer(socket); });
+    connect(pause, &QTimer::timeout, this, [this, socket] {
+        if (m_requests.value(socket).bytes().isEmpty())
+            socket->abort();
+        else
+            answer(socket);
+    });
+    pause->start(silenceMs);
 }
 
 void RestProxyServer::onReadyRead() {
@@ -154,11 +164,15 @@ void RestProxyServer::onReadyRead() {
         socket->readAll();
         return;
     }
+    const bool wasContinueExpected = request->isContinueExpected();
     request->append(socket->readAll());
-    if (request->isComplete())
+    if (request->isComplete()) {
         answer(socket);
-    else
-        socket->findChild<QTimer *>()->start();
+        return;
+    }
+    if (request->isContinueExpected() && !wasContinueExpected)
+        socket->write("HTTP/1.1 100 Continue\r\n\r\n");
+    socket->findChild<QTimer *>()->start(pauseMs);
 }
 
 void RestProxyServer::onDisconnected() {
@@ -170,14 +184,29 @@ void RestProxyServer::onDisconnected() {
 
 void RestProxyServer::answer(QTcpSocket *socket) {
     socket->findChild<QTimer *>()->stop();
-    const QByteArray request = readdress(m_requests.take(socket).bytes());
+    const HttpRequestBuffer buffer = m_requests.take(socket);
+    const QByteArray request = readdress(buffer.bytes());
     qCDebug(restProxyLog).noquote() << request;
-    if (!leadsBackHere())
+    if (buffer.isChunked()) {
+        socket->write(errorAnswer("411 Length Required", tr("Некорректный формат запроса"),
+                                  QStringLiteral("BadRequest"),
+                                  QStringLiteral("A body in chunks cannot be handed on")));
+    } else if (!leadsBackHere()) {
         socket->write(parseHeaders(request, proxyRequest));
-    // Before the next request takes this thread for as long as its answer takes.
-    while (socket->bytesToWrite() > 0 && socket->waitForBytesWritten(pauseMs)) {
     }
-    socket->disconnectFromHost();
+    finish(socket);
+}
+
+void RestProxyServer::finish(QTcpSocket *socket) {
+    // Before the next request takes this thread for as long as its answer takes.
+    const QDeadlineTimer limit(maximumWriteMs);
+    while (socket->bytesToWrite() > 0 && socket->state() == QAbstractSocket::ConnectedState &&
+           !limit.hasExpired() && !m_thread.isInterruptionRequested())
+        socket->waitForBytesWritten(pauseMs);
+    if (socket->bytesToWrite() > 0)
+        socket->abort();
+    else
+        socket->disconnectFromHost();
 }
 
 QByteArray RestProxyServer::readdress(QByteArray request) {

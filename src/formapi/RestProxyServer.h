@@ -50,6 +50,8 @@ private slots:
 private:
     void restartServer();
     void answer(QTcpSocket *socket);
+    /// Waits until the client has taken the answer, or has had its time.
+    void finish(QTcpSocket *socket);
     /// The recognition server would be this server.
     static bool leadsBackHere();
     /// Puts the recognition server's address where the request names this machine.

@@ -2,6 +2,7 @@
 
 #include "formapi/WebSocketServerSession.h"
 
+#include <QDebug>
 #include <QWebSocket>
 #include <QWebSocketServer>
 
@@ -26,7 +27,10 @@ quint16 WebSocketServer::port() const {
 }
 
 void WebSocketServer::onStart(int port) {
-    m_server->listen(QHostAddress::LocalHost, static_cast<quint16>(port));
+    if (!m_server->listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
+        qWarning().noquote() << "Forms cannot connect, port" << port << "-"
+                             << m_server->errorString();
+    }
 }
 
 void WebSocketServer::onStop() {

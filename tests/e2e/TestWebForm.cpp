@@ -1,5 +1,6 @@
 #include "Browser.h"
 #include "DeskTest.h"
+#include "OtherMachine.h"
 #include "Program.h"
 #include "Stand.h"
 #include "connection/messages/MessageType.h"
@@ -7,6 +8,7 @@
 
 #include <QJsonArray>
 #include <QTcpServer>
+#include <QTcpSocket>
 
 namespace {
 
@@ -38,6 +40,7 @@ private slots:
     void endsWithItsPage();
     void outlivesTheServer();
     void isReloadedManyTimes();
+    void isThereForThisMachineOnly();
 
 private:
     QString state() { return m_browser->eval("document.getElementById('state').textContent"); }
@@ -161,6 +164,21 @@ void TestWebForm::isReloadedManyTimes() {
     m_stand->tell("state");
     sayInto("anamnesis", "цел");
     QTRY_VERIFY(value("anamnesis").contains("цел", Qt::CaseInsensitive));
+}
+
+void TestWebForm::isThereForThisMachineOnly() {
+    const OtherMachine other;
+    if (!other.isThere())
+        QSKIP("another network namespace cannot be made here");
+    QTcpServer open;
+    QVERIFY(open.listen(QHostAddress::AnyIPv4));
+    QVERIFY2(other.reaches(open.serverPort()), "the other machine has no way to this one");
+    for (const int port : {FormApiSettings().Port.get(), FormApiSettings().RestPort.get()}) {
+        QTcpSocket here;
+        here.connectToHost("127.0.0.1", quint16(port));
+        QVERIFY(here.waitForConnected());
+        QVERIFY(!other.reaches(port));
+    }
 }
 
 DESK_TEST_MAIN(TestWebForm, VirtualDesk::Screen | VirtualDesk::Sound)

@@ -126,6 +126,7 @@ void TestForms::passesOnToTheServer_data() {
     QTest::newRow("anything") << 3 << QByteArray(R"({"a":[1,null,"я"]})") << 103;
     QTest::newRow("focus outside a form mode") << 5 << QByteArray(R"("name")") << 105;
     QTest::newRow("last number") << 18 << QByteArray("null") << 118;
+    QTest::newRow("without data") << 17 << QByteArray() << 117;
     QTest::newRow("the number left out") << 12 << QByteArray("1") << 0;
     QTest::newRow("above the series") << 19 << QByteArray("1") << 0;
     QTest::newRow("no number") << 0 << QByteArray("1") << 0;
@@ -142,7 +143,7 @@ void TestForms::passesOnToTheServer() {
     form.send(code, json(data));
     form.send(1);
     if (type != 0)
-        QCOMPARE(compact(waitForMessage(type)["data"]), data);
+        QCOMPARE(compact(waitForMessage(type)["data"]), data.isEmpty() ? "null" : data);
     QVERIFY(!waitForMessage(101).isEmpty());
     QCOMPARE(formMessages(), type ? (QList<int>{115, type, 101}) : (QList<int>{115, 101}));
     QVERIFY(!m_client->asr()->getTargetModeInfo()->formElement());

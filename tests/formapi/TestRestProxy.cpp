@@ -85,6 +85,8 @@ private slots:
     void leadsToNoLoop();
     void listensWhileThereIsAServer();
     void waitsForASilentServer();
+    void asksForABodyThatWaits();
+    void givesUpWhoSaysNothing();
 
 private:
     QByteArray ask(const QList<QByteArray> &pieces, int timeoutMs = 10000);
@@ -182,6 +184,11 @@ void TestRestProxy::handsOnAnswers_data() {
         << QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nX-A: 1\r\n\r\n"
                       "2\r\n{\"\r\n4\r\n\xD1\x8F\"}\r\n0\r\n\r\n")
         << QByteArray("{\"я\"}");
+    QTest::newRow("two cookies")
+        << QByteArray(
+               "HTTP/1.1 200 OK\r\nSet-Cookie: a=1; Expires=Wed, 01 Jan 2031 00:00:00 GMT\r\n"
+               "Set-Cookie: b=2\r\nContent-Length: 2\r\nX-A: 1\r\n\r\n{}")
+        << QByteArray("{}");
     QTest::newRow("compressed")
         << "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 22\r\nX-A: 1\r\n\r\n" +
                QByteArray::fromHex("1f8b08000000000000ffabae050043bfa6a302000000")
@@ -195,6 +202,8 @@ void TestRestProxy::handsOnAnswers() {
     QTEST(got.body, "body");
     QVERIFY2(got.isWellFormed(), got.head);
     QVERIFY(got.head.contains("\r\nX-A:1"));
+    QVERIFY(got.head.contains("\r\nConnection: close"));
+    QCOMPARE(got.head.count("\r\nSet-Cookie:"), answer.count("\r\nSet-Cookie:"));
     QVERIFY(!got.head.toLower().contains("chunked"));
     QVERIFY(!got.head.toLower().contains("gzip"));
 }
@@ -230,16 +239,20 @@ void TestRestProxy::takesRequestsInPieces() {
 }
 
 void TestRestProxy::refusesWhatIsNoRequest_data() {
-    columns<QByteArray>("request");
-    QTest::newRow("no blank") << QByteArray("GARBAGE\n");
-    QTest::newRow("no line feed") << QByteArray("GARBAGE");
-    QTest::newRow("an empty line") << QByteArray("\r\n\r\n");
+    columns<QByteArray, QByteArray>("request", "status");
+    QTest::newRow("no blank") << QByteArray("GARBAGE\n") << QByteArray("400");
+    QTest::newRow("no line feed") << QByteArray("GARBAGE") << QByteArray("400");
+    QTest::newRow("an empty line") << QByteArray("\r\n\r\n") << QByteArray("400");
+    QTest::newRow("a body in chunks")
+        << QByteArray("POST /a HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n")
+        << QByteArray("411");
 }
 
 void TestRestProxy::refusesWhatIsNoRequest() {
     QFETCH(QByteArray, request);
+    QFETCH(QByteArray, status);
     const Answer got(ask({request}));
-    QVERIFY2(got.head.startsWith("HTTP/1.1 400 "), got.head);
+    QCOMPARE(got.head.split(' ').value(1), status);
     QVERIFY(got.isWellFormed());
     QCOMPARE(got.errorText(), QString("Некорректный формат запроса"));
     QVERIFY(m_server->request.isEmpty());
@@ -291,6 +304,32 @@ void TestRestProxy::waitsForASilentServer() {
     end.start();
     m_proxy.reset();
     QVERIFY2(end.elapsed() < 2000, "nobody waits for the other four");
+}
+
+void TestRestProxy::asksForABodyThatWaits() {
+    const auto socket =
+        send("POST /a HTTP/1.1\r\nExpect: 100-continue\r\nContent-Length: 2\r\n\r\n");
+    QByteArray answer;
+    const auto isThere = [&](const QByteArray &start) {
+        answer += socket->readAll();
+        return answer.startsWith(start);
+    };
+    QTRY_VERIFY(isThere("HTTP/1.1 100 Continue\r\n\r\n"));
+    answer.clear();
+    socket->write("{}");
+    QTRY_VERIFY(isThere("HTTP/1.1 200 OK"));
+    QCOMPARE(m_server->body(), QByteArray("{}"));
+}
+
+void TestRestProxy::givesUpWhoSaysNothing() {
+    std::vector<std::unique_ptr<QTcpSocket>> silent;
+    for (int i = 0; i < 100; ++i) {
+        silent.push_back(send(QByteArray()));
+        QVERIFY(silent.back()->waitForConnected());
+    }
+    QVERIFY(!ask({"GET /a HTTP/1.1\r\n\r\n"}).startsWith("HTTP/1.1 200"));
+    QTRY_COMPARE_WITH_TIMEOUT(silent.back()->state(), QAbstractSocket::UnconnectedState, 20000);
+    QVERIFY(ask({"GET /a HTTP/1.1\r\n\r\n"}).startsWith("HTTP/1.1 200"));
 }
 
 DESK_CORE_TEST_MAIN(TestRestProxy)

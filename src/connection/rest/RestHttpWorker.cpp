@@ -30,10 +30,14 @@ QString RestHttpWorker::serializeReply(QNetworkReply *reply) {
     for (const QByteArray &name : names) {
         if (concernsTransfer(name))
             continue;
-        text += QString::fromLatin1(name) + QLatin1Char(':') +
-                QString::fromLatin1(reply->rawHeader(name)) + QLatin1String("\r\n");
+        // Qt gives several cookies as one value.
+        const QList<QByteArray> values = reply->rawHeader(name).split('\n');
+        for (const QByteArray &value : values) {
+            text += QString::fromLatin1(name) + QLatin1Char(':') + QString::fromUtf8(value) +
+                    QLatin1String("\r\n");
+        }
     }
-    text += QStringLiteral("Content-Length:%1\r\n").arg(body.size());
+    text += QStringLiteral("Content-Length:%1\r\nConnection: close\r\n").arg(body.size());
     return text + QLatin1String("\r\n") + QString::fromUtf8(body);
 }
 
