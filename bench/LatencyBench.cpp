@@ -5,8 +5,6 @@
 #include "Stand.h"
 #include "XKeyboard.h"
 #include "connection/messages/MessageType.h"
-#include "core/settings/ASRSettings.h"
-#include "core/settings/ConnectionManagerSettings.h"
 #include "core/settings/RecordingDeviceSettings.h"
 
 #include <QElapsedTimer>
@@ -37,12 +35,7 @@ struct Scene {
 };
 
 void startProgram(Scene *scene) {
-    scene->stand.writeSettings();
-    {
-        ConnectionManagerSettings().QuietConnectionEnabled = true;
-        ASRSettings().SelectedTheme = QStringLiteral("therapy");
-    }
-    Settings(QString()).sync();
+    writeSettings(scene->stand);
     scene->receiver = std::make_unique<KeyReceiver>();
     const double start = nowMs();
     scene->program = std::make_unique<Program>();

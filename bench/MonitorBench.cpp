@@ -5,8 +5,6 @@
 #include "Stand.h"
 #include "connection/messages/MessageType.h"
 #include "connection/messages/RecognitionModeInfo.h"
-#include "core/settings/ASRSettings.h"
-#include "core/settings/ConnectionManagerSettings.h"
 
 #include <QRect>
 #include <QTimer>
@@ -87,12 +85,7 @@ struct Scene {
 };
 
 void startProgram(Scene *scene) {
-    scene->stand.writeSettings();
-    {
-        ConnectionManagerSettings().QuietConnectionEnabled = true;
-        ASRSettings().SelectedTheme = QStringLiteral("therapy");
-    }
-    Settings(QString()).sync();
+    writeSettings(scene->stand);
     scene->editor = std::make_unique<Editor>(QStringLiteral("editor"));
     ScreenWatch panel(panelStrip);
     const double start = nowMs();

@@ -6,8 +6,7 @@
 
 BaseRestAccessPoint::BaseRestAccessPoint() {
     const QMap<QByteArray, QString> cookies{
-        {"VERSION",
-         AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("Version"))},
+        {"VERSION", AppVariables::buildProperty("Version")},
         {"CLIENT_APP_NAME", QStringLiteral("QTClient")},
         {"DESKTOP_ID", ClientInfoSettings().getOrCreateDesktopId()},
     };

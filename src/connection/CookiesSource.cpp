@@ -3,12 +3,10 @@
 #include "connection/UserInfo.h"
 #include "core/AppVariables.h"
 #include "core/settings/ClientInfoSettings.h"
+#include "core/settings/ProfileFile.h"
 
-#include <QCoreApplication>
 #include <QDebug>
-#include <QDir>
 #include <QMutexLocker>
-#include <QSettings>
 #include <QThread>
 #include <QUrl>
 
@@ -18,26 +16,15 @@ QString variable(const char *name, const char *option) {
     return AppVariables::sm_stdVars.get(QString::fromLatin1(name), QString::fromLatin1(option));
 }
 
-QString profileFile(const char *name) {
-    return QDir(variable("ConfigLocation", ""))
-        .filePath(QStringLiteral("%1/%2/%3")
-                      .arg(QCoreApplication::organizationName(),
-                           QCoreApplication::applicationName(), QString::fromLatin1(name)));
-}
-
 struct ProfileCookie {
     const char *name;
     const char *key;
 };
 
-void appendProfile(QList<QNetworkCookie> *cookies, const char *fileName,
+void appendProfile(QList<QNetworkCookie> *cookies, const ProfileFile &file,
                    std::initializer_list<ProfileCookie> rows) {
-    QSettings file(profileFile(fileName), QSettings::IniFormat);
-    file.setIniCodec("UTF-8");
-    for (const ProfileCookie &row : rows) {
-        const QString value = file.value(QString::fromLatin1(row.key)).toString();
-        cookies->append(CookiesSource::encodedCookie(row.name, value));
-    }
+    for (const ProfileCookie &row : rows)
+        cookies->append(CookiesSource::encodedCookie(row.name, file.text(row.key)));
 }
 
 } // namespace
@@ -83,13 +70,13 @@ QList<QNetworkCookie> CookiesSource::getCookies() const {
         const QMutexLocker locker(&m_additionalMutex);
         cookies += m_additionalCookies;
     }
-    appendProfile(&cookies, "Organisation.ini",
+    appendProfile(&cookies, ProfileFile::organisation(),
                   {{"REGION_CODE", "Organisation/RegionCode"},
                    {"ORG_FULL_NAME", "Organisation/OrganisationFullName"},
                    {"ORG_PSRN", "Organisation/OrganisationPSRN"},
                    {"ORG_OID", "Organisation/OrganisationOid"},
                    {"ROOM", "Organisation/Room"}});
-    appendProfile(&cookies, "UserInfo.ini",
+    appendProfile(&cookies, ProfileFile::userInfo(),
                   {{"USER", "UserInfo/UserName"},
                    {"USER_SPEC", "UserInfo/Specialisation"},
                    {"USER_IIAN", "UserInfo/UserIian"}});

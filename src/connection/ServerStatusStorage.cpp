@@ -95,7 +95,10 @@ ServerListDTO ServerStatusStorage::usableCachedList() {
 QList<ServerInfoDTO> ServerStatusStorage::GetServers(bool *fromBalancer) {
     const QMutexLocker locker(&m_mutex);
     ServerListDTO list = GetServersFromBalancer();
-    emit ReceivedVACSettingsFromBalancer(list.vacEnabled(), list.hasVacEnabled());
+    // A balancer that cannot be reached has said nothing: a dictation that goes on with the next
+    // server would end at it.
+    if (list.isValid())
+        emit ReceivedVACSettingsFromBalancer(list.vacEnabled(), list.hasVacEnabled());
     *fromBalancer = list.isValid();
     if (list.isValid())
         setCachedServerList(list);

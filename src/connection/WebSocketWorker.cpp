@@ -38,6 +38,7 @@ WebSocketWorker::~WebSocketWorker() = default;
 void WebSocketWorker::onConnected() {
     m_executableCommandsManager->startAnnouncing(m_asrManager->connectionNumber());
     m_executableCommandsManager->refreshCommands();
+    m_localAvocadoManager->startAnnouncing(m_asrManager->connectionNumber());
     m_localAvocadoManager->SendAvocadoInfo();
 }
 

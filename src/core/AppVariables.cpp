@@ -52,7 +52,7 @@ QString startTime(const QString &format) {
     return text.replace(reserved, QStringLiteral("-"));
 }
 
-QString buildProperty(const QString &key) {
+QString readBuildProperty(const QString &key) {
     return BuildProperties ? BuildProperties->value(key).toString() : QString();
 }
 
@@ -84,7 +84,7 @@ const AppVariables AppVariables::sm_stdVars{
     {QStringLiteral("HelpFile"), helpFile},
     {QStringLiteral("env"), environment},
     {QStringLiteral("datetime"), startTime},
-    {QStringLiteral("build"), buildProperty},
+    {QStringLiteral("build"), readBuildProperty},
 };
 
 AppVariables::AppVariables(std::initializer_list<std::pair<QString, Getter>> variables) {
@@ -118,6 +118,10 @@ QString AppVariables::substitute(const QString &text) const {
         position = match.capturedEnd();
     }
     return result + text.midRef(position);
+}
+
+QString AppVariables::buildProperty(const char *name) {
+    return sm_stdVars.get(QStringLiteral("build"), QString::fromLatin1(name));
 }
 
 bool AppVariables::buildFlag(const QString &property) {

@@ -29,6 +29,8 @@ public:
     /// get().
     static void StaticInitializer();
 
+    /// The build property of this name; empty for an unknown one.
+    static QString buildProperty(const char *name);
     /// True if the build property of this name is "true" in any case.
     static bool buildFlag(const QString &property);
 

@@ -15,7 +15,9 @@ public:
 
     /// Claims the key; false if another process holds it.
     bool tryToRun();
+    /// Whether another process holds the key; never true of one's own.
     bool isAnotherRunning();
+    /// Gives the key to whoever asks next.
     void release();
 
 private:

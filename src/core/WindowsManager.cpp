@@ -187,9 +187,10 @@ int WindowsManager::runApplication(int argc, char **argv) {
     engine.rootContext()->setContextProperty(QStringLiteral("commandsViewModel"), &commands);
     createRestProxy(&engine);
     createUserViewModels(&engine);
-    loadCommands(&autoReplace, &userCommands);
+    loadCommands(&userCommands);
     commands.set_UserCommandsManager(&userCommands);
     commands.set_CommandTypes(userCommands.get_CommandTypes());
+    autoReplace.set_Managers(m_webSocketWorker->asrManager(), &userCommands);
     MonitorViewModel monitor(m_webSocketWorker->asrManager(), m_webSocketWorker->resultManager(),
                              m_recordingDevice, m_connectionManager);
     engine.rootContext()->setContextProperty(QStringLiteral("asrManager"),
@@ -198,6 +199,8 @@ int WindowsManager::runApplication(int argc, char **argv) {
     connectRecognition();
     connect(&network, &NetworkSettingsViewModel::ApplyNetworkSettings, this,
             &WindowsManager::applyNetworkSettings);
+    connect(m_connectionManager, &ConnectionManager::stateChanged, m_restProxy.get(),
+            &RestProxyServer::onWsConnectionState);
     connect(&commands, &CommandsViewModel::commandsChanged, m_webSocketWorker->asrManager(),
             &AsrManager::stopRecognition);
     createTtsManager(m_playbackDevice, &synthesis);
@@ -205,7 +208,11 @@ int WindowsManager::runApplication(int argc, char **argv) {
         createSelfTest(&engine);
     engine.rootContext()->setContextProperty(QStringLiteral("windowsManager"), this);
     followPrimaryScreen();
-    return runInterface(&engine);
+    const int result = runInterface(&engine);
+    // Before the view models of this function go.
+    pulseAudio.Stop();
+    m_restProxy.reset();
+    return result;
 }
 
 void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
@@ -265,8 +272,7 @@ void WindowsManager::createTray(QQmlApplicationEngine *engine) {
     engine->rootContext()->setContextProperty(QStringLiteral("systemTray"), m_tray.get());
 }
 
-void WindowsManager::loadCommands(AutoReplaceManager *autoReplace,
-                                  UserCommandsManager *userCommands) {
+void WindowsManager::loadCommands(UserCommandsManager *userCommands) {
     AsrManager *asrManager = m_webSocketWorker->asrManager();
     userCommands->set_AsrManager(asrManager);
     connect(asrManager, &AsrManager::selectedThemeChanged, userCommands,
@@ -281,7 +287,6 @@ void WindowsManager::loadCommands(AutoReplaceManager *autoReplace,
                               QMessageBox::Ok);
         throw;
     }
-    autoReplace->set_Managers(asrManager, userCommands);
 }
 
 void WindowsManager::createWebSocketWorker(AutoReplaceManager *autoReplace,
@@ -379,8 +384,6 @@ void WindowsManager::connectRecognition() {
 void WindowsManager::createRestProxy(QQmlApplicationEngine *engine) {
     m_restProxy = std::make_unique<RestProxyServer>();
     engine->rootContext()->setContextProperty(QStringLiteral("restProxyServer"), m_restProxy.get());
-    connect(m_connectionManager, &ConnectionManager::stateChanged, m_restProxy.get(),
-            &RestProxyServer::onWsConnectionState);
 }
 
 void WindowsManager::createUserViewModels(QQmlApplicationEngine *engine) {
@@ -470,8 +473,11 @@ void WindowsManager::startSubServices() {
 }
 
 void WindowsManager::stopSubServices() {
-    for (auto service = m_subServices.rbegin(); service != m_subServices.rend(); ++service)
+    for (auto service = m_subServices.rbegin(); service != m_subServices.rend(); ++service) {
         (*service)->Stop();
+        // A start that was asked for just before.
+        QCoreApplication::removePostedEvents(service->get(), QEvent::MetaCall);
+    }
 }
 
 void WindowsManager::closeApplication() {
@@ -487,7 +493,8 @@ void WindowsManager::restartApplication() {
     m_runGuard->release();
     QStringList arguments = QCoreApplication::arguments();
     const QString program = arguments.takeFirst();
-    QProcess::startDetached(program, arguments);
+    if (!QProcess::startDetached(program, arguments))
+        qCritical().noquote() << "Cannot start again:" << program;
 }
 
 bool WindowsManager::isMicrophoneMissing() const {

@@ -107,7 +107,7 @@ private:
                                RecognitionSettingsViewModel *recognition,
                                UserCommandsManager *userCommands);
     /// Reads the command files; what is wrong with one the user is told before the start ends.
-    void loadCommands(AutoReplaceManager *autoReplace, UserCommandsManager *userCommands);
+    void loadCommands(UserCommandsManager *userCommands);
     void createConnectionManager(QQmlApplicationEngine *engine, NetworkSettingsViewModel *network,
                                  RecordingDeviceManager *recordingDevice);
     void createHeartbeat();

@@ -8,9 +8,7 @@
 
 int main(int argc, char **argv) {
     set_unhandled_catcher();
-    const QString version =
-        AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("Version")) +
-        QStringLiteral(" (Linux)");
+    const QString version = AppVariables::buildProperty("Version") + QStringLiteral(" (Linux)");
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setOrganizationName(QStringLiteral("Ostrel"));
     QCoreApplication::setApplicationName(QStringLiteral("Vellumar"));

@@ -31,7 +31,8 @@ public:
     virtual void stopKeyListener() = 0;
 
 public slots:
-    /// Suspend and resume the gesture while the user enters a key combination.
+    /// Told when the user begins and ends to enter a key combination. On X11 the gesture stays
+    /// live, as it grabs no key.
     virtual void muteListener() = 0;
     virtual void unmuteListener() = 0;
     /// Restarts the listener with the stored gesture.

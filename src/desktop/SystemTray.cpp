@@ -15,8 +15,7 @@
 using namespace std::chrono_literals;
 
 SystemTray::SystemTray(QObject *parent)
-    : QObject(parent),
-      m_appName(AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("AppName"))) {
+    : QObject(parent), m_appName(AppVariables::buildProperty("AppName")) {
     CreateMenu();
     m_trayIcon = std::make_unique<QSystemTrayIcon>();
     m_trayIcon->setContextMenu(m_menu.get());

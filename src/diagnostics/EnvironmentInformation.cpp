@@ -2,6 +2,7 @@
 
 #include "core/AppVariables.h"
 
+#include <QDebug>
 #include <QFile>
 #include <QOperatingSystemVersion>
 #include <QProcess>
@@ -27,8 +28,7 @@ QString describe(const QStorageInfo &volume) {
 
 void EnvironmentInformation::CollectInformation(const QString &folder) {
     QStringList lines{
-        QStringLiteral("version: ") +
-            AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("Version")),
+        QStringLiteral("version: ") + AppVariables::buildProperty("Version"),
         QStringLiteral("build architecture: ") + QSysInfo::buildCpuArchitecture(),
         QStringLiteral("current architecture: ") + QSysInfo::currentCpuArchitecture(),
         QStringLiteral("OS: ") + QOperatingSystemVersion::current().name(),
@@ -41,8 +41,10 @@ void EnvironmentInformation::CollectInformation(const QString &folder) {
     for (const QStorageInfo &volume : volumes)
         lines << describe(volume);
     QFile file(folder + QStringLiteral("/Environment.txt"));
-    if (!file.open(QIODevice::ReadWrite))
+    if (!file.open(QIODevice::ReadWrite)) {
+        qWarning().noquote() << "Cannot write" << file.fileName() << "-" << file.errorString();
         return;
+    }
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
     for (const QString &line : qAsConst(lines))

@@ -3,6 +3,7 @@
 #include "diagnostics/EnvironmentInformation.h"
 #include "diagnostics/UserInformation.h"
 
+#include <QDebug>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -13,6 +14,10 @@ GeneralSystemInformationManager::GeneralSystemInformationManager() {
 
 void GeneralSystemInformationManager::CollectSystemInformation(const QString &archivePath) {
     const QTemporaryDir folder;
+    if (!folder.isValid()) {
+        qWarning().noquote() << "No folder to collect into:" << folder.errorString();
+        return;
+    }
     for (const auto &component : m_components)
         component->CollectInformation(folder.path());
     CompressDirectory(archivePath, folder.path());
@@ -24,5 +29,8 @@ void GeneralSystemInformationManager::CompressDirectory(const QString &archivePa
     QProcess tar;
     tar.start(QStringLiteral("tar"), {QStringLiteral("-C"), folder, QStringLiteral("-zcvf"),
                                       archivePath, QStringLiteral(".")});
-    tar.waitForFinished(timeoutMs);
+    if (!tar.waitForFinished(timeoutMs) || tar.exitCode() != 0) {
+        qWarning().noquote() << "The archive is not whole:" << archivePath << "-"
+                             << tar.errorString() << tar.readAllStandardError();
+    }
 }

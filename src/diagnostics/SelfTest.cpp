@@ -51,6 +51,8 @@ void SelfTest::onLoad() {
     m_settings = std::make_unique<SelfTestSettings>();
     m_files = m_settings->get_Files();
     m_blockSize = qMax(1, m_settings->SoundPeriod.get()) * bytesPerMs;
+    // What was dictated up to here is not to be lost with the results of the test.
+    m_webSocketWorker->resultManager()->flushResult();
     m_webSocketWorker->resultManager()->setEnabled(false);
     connect(m_heartbeat, &ConnectionHeartbeat::ping, this, &SelfTest::onPing, Qt::UniqueConnection);
     connect(m_webSocketWorker->wsClient()->socket(), &QWebSocket::pong, this, &SelfTest::onPong,

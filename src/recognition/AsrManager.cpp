@@ -153,27 +153,31 @@ ClientThemeInfo AsrManager::getSelectedTheme() const {
 }
 
 QList<ClientThemeInfo> AsrManager::get_Themes(bool refresh) {
-    const QMutexLocker locker(&m_themesMutex);
+    QMutexLocker locker(&m_themesMutex);
     if (!m_themes.isEmpty() && !refresh)
         return m_themes;
     m_themes = m_restAccessPoint.getThemes();
+    const QList<ClientThemeInfo> themes = m_themes;
     std::optional<ClientThemeInfo> found;
-    if (m_targetModeInfo.FindTargetTheme(m_themes, &found)) {
-        const QString themeId = found ? found->id() : ASRSettings().SelectedTheme.get();
-        updateSelectedThemeInfo(themeId);
-    }
-    return m_themes;
+    const bool isFound = m_targetModeInfo.FindTargetTheme(themes, &found);
+    locker.unlock();
+    if (isFound)
+        updateSelectedThemeInfo(found ? found->id() : ASRSettings().SelectedTheme.get());
+    return themes;
 }
 
 void AsrManager::updateSelectedThemeInfo(const QString &themeId) {
-    const QMutexLocker locker(&m_themesMutex);
-    const auto theme =
-        std::find_if(m_themes.cbegin(), m_themes.cend(),
-                     [&themeId](const ClientThemeInfo &info) { return info.id() == themeId; });
-    if (theme != m_themes.cend()) {
-        const QMutexLocker selectedLocker(&m_selectedThemeMutex);
-        m_selectedTheme = *theme;
+    {
+        const QMutexLocker locker(&m_themesMutex);
+        const auto theme =
+            std::find_if(m_themes.cbegin(), m_themes.cend(),
+                         [&themeId](const ClientThemeInfo &info) { return info.id() == themeId; });
+        if (theme != m_themes.cend()) {
+            const QMutexLocker selectedLocker(&m_selectedThemeMutex);
+            m_selectedTheme = *theme;
+        }
     }
+    // Without the lock: receivers come back for the state, whose mutex goes before this one.
     emit selectedThemeChanged();
 }
 

@@ -5,6 +5,7 @@
 #include "connection/messages/MessageType.h"
 #include "core/AppVariables.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QMutexLocker>
@@ -22,8 +23,12 @@ LocalAvocadoManager::LocalAvocadoManager(WebSocketClient *client)
 
 void LocalAvocadoManager::LoadCache() {
     QFile file(m_file);
-    if (!file.exists() || !file.open(QIODevice::ReadOnly))
+    if (!file.exists())
         return;
+    if (!file.open(QIODevice::ReadOnly)) {
+        qWarning().noquote() << "Personal words cannot be read:" << m_file;
+        return;
+    }
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
     while (!stream.atEnd())
@@ -33,8 +38,7 @@ void LocalAvocadoManager::LoadCache() {
 void LocalAvocadoManager::SaveCache() const {
     QDir().mkpath(m_folder);
     QSaveFile file(m_file);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
+    const bool isOpen = file.open(QIODevice::WriteOnly);
     QTextStream stream(&file);
     // Whatever the locale is: one without Russian letters would lose the words.
     stream.setCodec("UTF-8");
@@ -42,8 +46,10 @@ void LocalAvocadoManager::SaveCache() const {
     for (const QString &word : words)
         stream << word << Qt::endl;
     // commit() alone would take a file that a full disk has cut for a whole one.
-    if (stream.status() == QTextStream::Ok && file.flush())
-        file.commit();
+    if (!isOpen || stream.status() != QTextStream::Ok || !file.flush() || !file.commit()) {
+        qWarning().noquote() << "Personal words cannot be written:" << m_file << "-"
+                             << file.errorString();
+    }
 }
 
 QStringList LocalAvocadoManager::GetWords() const {
@@ -57,7 +63,13 @@ void LocalAvocadoManager::UpdateWords(const QStringList &words) {
         m_words = words;
     }
     SaveCache();
-    SendAvocadoInfo();
+    // Before its turn among the opening messages the server is not to hear of them.
+    if (m_announcedConnection == m_client->connectionNumber())
+        SendAvocadoInfo();
+}
+
+void LocalAvocadoManager::startAnnouncing(int connectionNumber) {
+    m_announcedConnection = connectionNumber;
 }
 
 void LocalAvocadoManager::SendAvocadoInfo() const {

@@ -17,9 +17,11 @@ public:
 
     QStringList GetWords() const;
 
-    /// Replaces the list, saves it and sends it. A failure to write is passed over: the list still
+    /// Replaces the list, saves it and sends it. A failure to write is only logged: the list still
     /// goes to the server, and the old file stays whole.
     void UpdateWords(const QStringList &words);
+    /// From now on changes go to this connection of the client; to be called on the main thread.
+    void startAnnouncing(int connectionNumber);
 
     void SendAvocadoInfo() const;
 
@@ -32,4 +34,6 @@ private:
     QString m_file;
     QStringList m_words;
     mutable QMutex m_mutex;
+    /// Of the main thread.
+    int m_announcedConnection = -1;
 };

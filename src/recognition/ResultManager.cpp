@@ -72,8 +72,10 @@ void ResultManager::processTextResult(const TextResult &result) {
 }
 
 void ResultManager::writeTextResult(const QString &text, bool isFinal) const {
-    if (isFinal)
-        TextWriter::WriteText(getResultWindow(), text);
+    if (!isFinal || text.isEmpty())
+        return;
+    if (!TextWriter::WriteText(getResultWindow(), text))
+        qWarning() << "A result could not be typed, characters:" << text.size();
 }
 
 unsigned long ResultManager::getResultWindow() const {

@@ -7,6 +7,7 @@
 #include "desktop/TextWriter.h"
 #include "recognition/AsrManager.h"
 #include "recognition/ResultManager.h"
+#include "viewmodels/StoreProperty.h"
 
 #include <QDebug>
 #include <QGuiApplication>
@@ -18,10 +19,6 @@ namespace {
 /// More characters than three lines of a tooltip can hold.
 constexpr int tailLength = 500;
 
-QString buildProperty(const char *name) {
-    return AppVariables::sm_stdVars.get(QStringLiteral("build"), QString::fromLatin1(name));
-}
-
 } // namespace
 
 MonitorViewModel::MonitorViewModel(AsrManager *asrManager, ResultManager *resultManager,
@@ -32,8 +29,8 @@ MonitorViewModel::MonitorViewModel(AsrManager *asrManager, ResultManager *result
       m_recordingDevice(recordingDevice),
       m_connectionManager(connectionManager),
       m_gain(recordingDevice->Gain()),
-      m_descColor(buildProperty("SplashTextColor")),
-      m_logoHeight(buildProperty("SplashLogoHeight").toInt()),
+      m_descColor(AppVariables::buildProperty("SplashTextColor")),
+      m_logoHeight(AppVariables::buildProperty("SplashLogoHeight").toInt()),
       m_alternateThemeView(
           AppVariables::buildFlag(QStringLiteral("AlternateThemeSelectionWindow"))) {
     refreshThemeName();
@@ -49,15 +46,15 @@ MonitorViewModel::MonitorViewModel(AsrManager *asrManager, ResultManager *result
 }
 
 void MonitorViewModel::set_Visible(bool v) {
-    store(&m_visible, v, &MonitorViewModel::changed_Visible);
+    storeProperty(this, &m_visible, v, &MonitorViewModel::changed_Visible);
 }
 
 void MonitorViewModel::set_SoundLevel(int v) {
-    store(&m_soundLevel, v, &MonitorViewModel::changed_SoundLevel);
+    storeProperty(this, &m_soundLevel, v, &MonitorViewModel::changed_SoundLevel);
 }
 
 void MonitorViewModel::set_Loading(bool v) {
-    store(&m_loading, v, &MonitorViewModel::changed_Loading);
+    storeProperty(this, &m_loading, v, &MonitorViewModel::changed_Loading);
 }
 
 void MonitorViewModel::set_GainVisible(bool v) {
@@ -72,29 +69,29 @@ void MonitorViewModel::setPopup(bool *field, bool v, Signal<bool> changed) {
     const bool wasOpen = m_gainVisible || m_themeVisible;
     if (v && !wasOpen)
         m_resultManager->keepFocusedWindow(true);
-    store(field, v, changed);
+    storeProperty(this, field, v, changed);
     if (wasOpen && !m_gainVisible && !m_themeVisible)
         m_resultManager->keepFocusedWindow(false);
 }
 
 void MonitorViewModel::set_ThemeName(const QString &v) {
-    store(&m_themeName, v, &MonitorViewModel::changed_ThemeName);
+    storeProperty(this, &m_themeName, v, &MonitorViewModel::changed_ThemeName);
 }
 
 void MonitorViewModel::set_ResultText(const QString &v) {
-    store(&m_resultText, v, &MonitorViewModel::changed_ResultText);
+    storeProperty(this, &m_resultText, v, &MonitorViewModel::changed_ResultText);
 }
 
 void MonitorViewModel::set_DescColor(const QString &v) {
-    store(&m_descColor, v, &MonitorViewModel::changed_DescColor);
+    storeProperty(this, &m_descColor, v, &MonitorViewModel::changed_DescColor);
 }
 
 void MonitorViewModel::set_LogoHeight(int v) {
-    store(&m_logoHeight, v, &MonitorViewModel::changed_LogoHeight);
+    storeProperty(this, &m_logoHeight, v, &MonitorViewModel::changed_LogoHeight);
 }
 
 void MonitorViewModel::set_AlternateThemeView(bool v) {
-    store(&m_alternateThemeView, v, &MonitorViewModel::changed_AlternateThemeView);
+    storeProperty(this, &m_alternateThemeView, v, &MonitorViewModel::changed_AlternateThemeView);
 }
 
 QString MonitorViewModel::ResultTail() const {
@@ -193,7 +190,8 @@ void MonitorViewModel::placeTooltip() {
     const unsigned long window = m_resultManager->getResultWindow();
     QRect rect;
     if (!window || !TextWriter::GetWindowRect(window, &rect)) {
-        store(&m_tooltipOnInputWindow, false, &MonitorViewModel::changed_TooltipOnInputWindow);
+        storeProperty(this, &m_tooltipOnInputWindow, false,
+                      &MonitorViewModel::changed_TooltipOnInputWindow);
         return;
     }
     m_tooltipOnInputWindow = true;

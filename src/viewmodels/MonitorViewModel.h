@@ -113,13 +113,6 @@ private:
     template <typename T>
     using Signal = void (MonitorViewModel::*)(T);
 
-    template <typename T, typename Value>
-    void store(T *field, const T &value, Signal<Value> changed) {
-        if (*field == value)
-            return;
-        *field = value;
-        emit(this->*changed)(value);
-    }
     void placeTooltip();
     void setPopup(bool *field, bool v, Signal<bool> changed);
     void hideAll();

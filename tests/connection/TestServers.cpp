@@ -115,7 +115,9 @@ void TestServers::emptiesTheCacheOfAnotherBalancer() {
             CachedServerSettings().ServersList.get().contains(QString::number(stand.restPort())));
         stand.tell({{"do", "servers"}, {"mode", "fail"}});
         source.Reset();
+        QSignalSpy vac(&source, &ServersConnectionSource::ReceivedVACSettingsFromBalancer);
         QVERIFY(drain(&source).isEmpty());
+        QVERIFY2(vac.isEmpty(), "nothing was said about voice activation");
         QCOMPARE(source.lastServerCount(), 1);
         QVERIFY2(CachedServerSettings().ServersList.get().contains("ServerId"),
                  "the same balancer's list stays");

@@ -179,11 +179,16 @@ void TestCommandEditing::keysAreCaptured() {
     };
     press(Qt::Key_Control, 37, 0);
     QCOMPARE(model->get_Text()->get_Text(), QString());
+    press(Qt::Key_Tab, 23, 0);
+    QCOMPARE(model->get_Text()->get_Text(), QString("Tab"));
     press(Qt::Key_C, 54, 4);
     QCOMPARE(model->get_Text()->get_Text(), QString("Ctrl+c"));
     model->set_ModShift(true);
     QCOMPARE(model->get_Text()->get_Text(), QString("Ctrl+Shift+c"));
     press(Qt::Key_V, 55, 0);
+    QCOMPARE(model->get_Text()->get_Text(), QString("Shift+v"));
+    for (const int key : {Qt::Key_Tab, Qt::Key_Down})
+        press(key, 23, 0);
     QCOMPARE(model->get_Text()->get_Text(), QString("Shift+v"));
     model->set_ModShift(false);
     model->detachWindow(&field);
@@ -262,6 +267,10 @@ void TestCommandEditing::editsAddsAndDeletes() {
     QVERIFY(m_window->applyCommand());
     QVERIFY2(!QFile::exists(file()), "without commands there is no file");
     QVERIFY(tab(0)->isSystem(0));
+    const QList<UserCommand> system = m_client->userCommands().get_ThemeCommands(QString());
+    QVERIFY2(std::any_of(system.begin(), system.end(),
+                         [](const UserCommand &command) { return command.IsPunctuation; }),
+             "the server's own punctuation has to know which marks are ours");
 }
 
 void TestCommandEditing::tellsWhatCannotBeSaved() {

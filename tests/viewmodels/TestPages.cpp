@@ -87,7 +87,7 @@ void TestPages::voiceIsSwitched_data() {
         QByteArray("0101"), true);
     row("and comes back", false, QByteArray("0101"), QByteArray("b1"), QByteArray("1111"), true);
     row("the balancer gives what is off here", false, QByteArray("0000"), QByteArray("b1"),
-        QByteArray("0000"), true);
+        QByteArray("0000"), false);
     row("not offered, and nothing was on", false, QByteArray("0000"), QByteArray("l b0"),
         QByteArray("0000"), false);
 }
@@ -156,6 +156,9 @@ void TestPages::launchStoresTheChoice() {
     HotKeyManager::getHotkeyManager()->keyboardHookUnreg();
 
     HotkeySettings().HotKey = "F13";
+    LaunchSettingsViewModel next;
+    next.onLoad();
+    QCOMPARE(next.get_Push2TalkKeys()->get_CurrentIndex(), 1);
     page.onLoad();
     QVERIFY2(page.property("IsVoiceActivationEnabled").toBool(), "the rest of the page is loaded");
     page.VACSettingsVisibleChanged(false, true);

@@ -1,7 +1,7 @@
 #include "DeskTest.h"
 #include "Files.h"
+#include "core/settings/ProfileFile.h"
 #include "core/settings/StatisticsSettings.h"
-#include "viewmodels/statistics/ProfileFile.h"
 #include "viewmodels/statistics/StatisticsViewModel.h"
 
 #include <QDir>

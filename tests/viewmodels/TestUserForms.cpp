@@ -6,10 +6,10 @@
 #include "connection/messages/MessageType.h"
 #include "core/settings/ClientInfoSettings.h"
 #include "core/settings/FeedbackSettings.h"
+#include "core/settings/ProfileFile.h"
 #include "core/settings/StatisticsSettings.h"
 #include "viewmodels/feedback/AvocadoViewModel.h"
 #include "viewmodels/feedback/FeedbackViewModel.h"
-#include "viewmodels/statistics/ProfileFile.h"
 
 #include <QAbstractButton>
 #include <QJsonArray>

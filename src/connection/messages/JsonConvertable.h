@@ -12,8 +12,9 @@ public:
     JsonConvertable(JsonConvertable &&) = default;
     JsonConvertable &operator=(const JsonConvertable &) = default;
     JsonConvertable &operator=(JsonConvertable &&) = default;
-    virtual ~JsonConvertable() = default;
 
     /// @throws Exception  the record only ever arrives
     virtual QJsonValue toJson() const = 0;
+
+    virtual ~JsonConvertable() = default;
 };

@@ -33,6 +33,5 @@ bool BaseConnectionSettings::isLocalhost() const {
 }
 
 QString BaseConnectionSettings::builtInAddress() {
-    return AppVariables::sm_stdVars.get(QStringLiteral("build"),
-                                        QStringLiteral("DefaultServerAddress"));
+    return AppVariables::buildProperty("DefaultServerAddress");
 }

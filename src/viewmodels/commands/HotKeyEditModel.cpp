@@ -11,6 +11,15 @@ bool isModifier(int key) {
            key == Qt::Key_Alt || key == Qt::Key_AltGr;
 }
 
+/// Leads out of the field.
+bool isNavigation(const QKeyEvent *press) {
+    const bool isPlain =
+        (press->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+    const int key = press->key();
+    return isPlain && (key == Qt::Key_Tab || key == Qt::Key_Backtab || key == Qt::Key_Up ||
+                       key == Qt::Key_Down);
+}
+
 } // namespace
 
 HotKeyEditModel::HotKeyEditModel(UserCommandViewModel *command,
@@ -60,7 +69,9 @@ bool HotKeyEditModel::eventFilter(QObject * /*watched*/, QEvent *event) {
     if (event->type() != QEvent::KeyPress)
         return false;
     const auto *press = static_cast<QKeyEvent *>(event);
-    if (!isModifier(press->key())) {
+    // Whoever goes on to the next field does not want to lose what is in this one.
+    const bool leaves = m_info.code != 0 && isNavigation(press);
+    if (!isModifier(press->key()) && !leaves) {
         HotKeyInfo info = m_converter.HotKeyFromEvent(press);
         m_converter.SetQtModifiers(&info, m_flags, true);
         set_HotKey(info);

@@ -31,7 +31,8 @@ public:
     bool get_ModWin() const { return m_flags.testFlag(Qt::MetaModifier); }
     void set_ModWin(bool v);
 
-    /// Takes the keys that are pressed in this object; meanwhile the program's own gesture sleeps.
+    /// Takes the keys that are pressed in this object. Those that lead out of it leave a
+    /// combination that is there alone.
     /// @param object  the view's key field, not owned
     Q_INVOKABLE void attachWindow(QObject *object);
     Q_INVOKABLE void detachWindow(QObject *object);

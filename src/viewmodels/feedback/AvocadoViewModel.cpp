@@ -15,8 +15,7 @@ AvocadoViewModel::AvocadoViewModel(AsrManager *asrManager, LocalAvocadoManager *
                    "переносом строки, точкой или запятой.\n") +
                 tr("Если слово из списка не распознаётся, передайте его разработчикам через окно "
                    "«Обратная связь». . %1")
-                    .arg(AppVariables::sm_stdVars.get(QStringLiteral("build"),
-                                                      QStringLiteral("ThemeUpdateText")))) {
+                    .arg(AppVariables::buildProperty("ThemeUpdateText"))) {
     m_words.setValidator(&AvocadoViewModel::ValidateAvocadoWords);
     connect(&m_words, &ValidatableText::changed_IsValid, this, &AvocadoViewModel::isValidChanged);
 }

@@ -5,11 +5,11 @@
 #include "core/AppVariables.h"
 #include "core/settings/ClientInfoSettings.h"
 #include "core/settings/FeedbackSettings.h"
+#include "core/settings/ProfileFile.h"
 #include "core/settings/StatisticsSettings.h"
 #include "desktop/BusyNotice.h"
 #include "viewmodels/StoreProperty.h"
 #include "viewmodels/statistics/FullName.h"
-#include "viewmodels/statistics/ProfileFile.h"
 
 #include <QMessageBox>
 #include <QRegularExpression>
@@ -19,10 +19,6 @@ namespace {
 constexpr int longestFeedback = 2000;
 /// What the server takes as the name of a microphone.
 constexpr int longestDescription = 126;
-
-QString buildProperty(const char *name) {
-    return AppVariables::sm_stdVars.get(QStringLiteral("build"), QString::fromLatin1(name));
-}
 
 QString shortened(const QString &description) {
     return description.size() > longestDescription
@@ -45,7 +41,8 @@ FeedbackViewModel::FeedbackViewModel(AsrManager *asrManager,
                 tr("- Нажмите «Отправить».\n") +
                 tr("- Сообщите вашему системному администратору, что передали обратную связь в "
                    "%1. %2")
-                    .arg(buildProperty("ShortAppName"), buildProperty("ThemeUpdateText"))),
+                    .arg(AppVariables::buildProperty("ShortAppName"),
+                         AppVariables::buildProperty("ThemeUpdateText"))),
       m_tooltipUserConsent(tr("Для отправки обратной связи вы должны согласиться на обработку "
                               "персональных данных")) {
     m_themeChooser.set_AsrManager(asrManager);
@@ -262,7 +259,8 @@ bool FeedbackViewModel::cancelCommand() {
         tr("Сохранить как черновик? Сохранённый черновик будет автоматически восстановлен при "
            "следующем открытии окна обратной связи."),
         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Cancel);
-    if (answer == QMessageBox::Cancel)
+    // Without a button the end of the program has taken the question away, and the draft is kept.
+    if (answer == QMessageBox::Cancel || answer == QMessageBox::NoButton)
         return false;
     m_isOpen = false;
     if (answer == QMessageBox::Yes)

@@ -8,14 +8,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
-namespace {
-
-QString buildProperty(const char *name) {
-    return AppVariables::sm_stdVars.get(QStringLiteral("build"), QString::fromLatin1(name));
-}
-
-} // namespace
-
 AboutSettingsViewModel::AboutSettingsViewModel(QObject *parent)
     : AppSettingsViewModel(tr("О программе"), false, parent),
       m_clientId(tr("ID пользователя: ") + ClientInfoSettings().getOrCreateDesktopId()),
@@ -25,27 +17,27 @@ AboutSettingsViewModel::AboutSettingsViewModel(QObject *parent)
 }
 
 QString AboutSettingsViewModel::get_Version() const {
-    return buildProperty("Version");
+    return AppVariables::buildProperty("Version");
 }
 
 QString AboutSettingsViewModel::get_AppDescription() const {
-    return buildProperty("AppDescription");
+    return AppVariables::buildProperty("AppDescription");
 }
 
 QString AboutSettingsViewModel::get_SupportLink() const {
-    return buildProperty("SupportLink");
+    return AppVariables::buildProperty("SupportLink");
 }
 
 QString AboutSettingsViewModel::get_AppLink() const {
-    return buildProperty("AppLink");
+    return AppVariables::buildProperty("AppLink");
 }
 
 int AboutSettingsViewModel::get_BackgroundWidth() const {
-    return buildProperty("AboutViewBackgroundWidth").toInt();
+    return AppVariables::buildProperty("AboutViewBackgroundWidth").toInt();
 }
 
 QString AboutSettingsViewModel::get_BackgroundColor() const {
-    return buildProperty("AboutViewBackgroundColor");
+    return AppVariables::buildProperty("AboutViewBackgroundColor");
 }
 
 void AboutSettingsViewModel::collectSystemInfo() {

@@ -6,10 +6,13 @@
 #include "desktop/HotKeyManager.h"
 #include "viewmodels/StoreProperty.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QThread>
+
+#include <exception>
 
 namespace {
 
@@ -69,8 +72,16 @@ void LaunchSettingsViewModel::loadAutoStart() {
 void LaunchSettingsViewModel::loadHotKeys() {
     const HotkeySettings settings;
     set_IsHotKey(settings.UseHotkey);
-    m_hotKeys.setValue(Enum<Hotkey>::FromInvariantString(settings.HotKey));
+    // Of two keys the one that is known is to be shown, or the next storing would lose it.
+    std::exception_ptr failure;
+    try {
+        m_hotKeys.setValue(Enum<Hotkey>::FromInvariantString(settings.HotKey));
+    } catch (const ConveterException &) {
+        failure = std::current_exception();
+    }
     m_push2TalkKeys.setValue(Enum<Push2TalkKey>::FromInvariantString(settings.P2TKey));
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 void LaunchSettingsViewModel::Apply() {
@@ -110,8 +121,10 @@ bool LaunchSettingsViewModel::applyLaunch() {
 void LaunchSettingsViewModel::applyAutoStart() {
     if (m_isAutoStart == m_loadedAutoStart)
         return;
-    QProcess::execute(m_installer,
-                      {m_isAutoStart ? QStringLiteral("autorun") : QStringLiteral("noautorun")});
+    const QString wish = m_isAutoStart ? QStringLiteral("autorun") : QStringLiteral("noautorun");
+    const int code = QProcess::execute(m_installer, {wish});
+    if (code != 0)
+        qWarning().noquote() << m_installer << wish << "has failed with code" << code;
     m_loadedAutoStart = m_isAutoStart;
 }
 
@@ -147,7 +160,8 @@ void LaunchSettingsViewModel::takeOverVacState(bool enableVAC, bool receivedFrom
     if (!settings.changed && isVisible == wasVisible)
         return;
     setVoiceFlags(settings.VoiceActivationEnabled, settings.VoiceDeactivationEnabled);
-    emit activationChanged();
+    if (settings.changed)
+        emit activationChanged();
     if (isVisible != wasVisible)
         emit changed_IsVACSettingsVisible(isVisible);
 }

@@ -27,9 +27,7 @@ void RecognitionSettingsViewModel::Load() {
     if (AppVariables::buildFlag(QStringLiteral("CanEnableAvocado")))
         storeProperty(this, &m_canEnableAvocado, true, &Self::changed_CanEnableAvocado);
     bool isNumber = false;
-    const int logoHeight =
-        AppVariables::sm_stdVars.get(QStringLiteral("build"), QStringLiteral("LogoHeight"))
-            .toInt(&isNumber);
+    const int logoHeight = AppVariables::buildProperty("LogoHeight").toInt(&isNumber);
     if (isNumber)
         storeProperty(this, &m_logoHeight, logoHeight, &Self::changed_LogoHeight);
     AppSettingsViewModel::Load();

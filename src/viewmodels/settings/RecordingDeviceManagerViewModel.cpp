@@ -28,6 +28,8 @@ void RecordingDeviceManagerViewModel::Apply() {
 void RecordingDeviceManagerViewModel::Cancel() {
     AudioDeviceListViewModel::Cancel();
     m_recording->set_Gain(m_loadedGain);
+    // Each move of the gain has stored the other choices as well.
+    m_recording->SaveSettings();
 }
 
 bool RecordingDeviceManagerViewModel::IsChanged() {

@@ -1,7 +1,7 @@
 #include "viewmodels/statistics/StatisticsSettingsViewModel.h"
 
+#include "core/settings/ProfileFile.h"
 #include "core/settings/StatisticsSettings.h"
-#include "viewmodels/statistics/ProfileFile.h"
 
 #include <QMessageBox>
 
@@ -35,7 +35,8 @@ void StatisticsSettingsViewModel::resetCommand() {
         tr("Вы уверены, что хотите сбросить информацию о пользователе? Приложение будет "
            "перезагружено."),
         QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    if (answer == QMessageBox::No)
+    // The end of the program takes the question away, and is no answer.
+    if (answer != QMessageBox::Yes)
         return;
     ProfileFile organisation = ProfileFile::organisation();
     ProfileFile user = ProfileFile::userInfo();

@@ -1,10 +1,10 @@
 #include "viewmodels/statistics/StatisticsViewModel.h"
 
 #include "core/AppVariables.h"
+#include "core/settings/ProfileFile.h"
 #include "core/settings/StatisticsSettings.h"
 #include "viewmodels/StoreProperty.h"
 #include "viewmodels/statistics/FullName.h"
-#include "viewmodels/statistics/ProfileFile.h"
 
 #include <QDebug>
 #include <QRegularExpression>
@@ -16,14 +16,10 @@ namespace {
 
 constexpr int longestRoom = 10;
 
-QString buildProperty(const char *name) {
-    return AppVariables::sm_stdVars.get(QStringLiteral("build"), QString::fromLatin1(name));
-}
-
 } // namespace
 
 StatisticsViewModel::StatisticsViewModel(QObject *parent)
-    : StatisticsViewModel(buildProperty("ReferenceFolderLocation"), parent) {}
+    : StatisticsViewModel(AppVariables::buildProperty("ReferenceFolderLocation"), parent) {}
 
 StatisticsViewModel::StatisticsViewModel(const QString &referenceFolder, QObject *parent)
     : QObject(parent), m_reference(referenceFolder), m_needShow(CheckNeedShow()) {
@@ -64,6 +60,7 @@ void StatisticsViewModel::Load() {
         qWarning() << "Failed to load regions or organisations from file";
         m_loadError = tr("Не удалось загрузить справочники регионов, организаций и "
                          "специальностей. Обратитесь к системному администратору.");
+        m_reference.clear();
         return;
     }
     for (const StatisticsRegion &region : m_reference.regions())
@@ -98,7 +95,7 @@ void StatisticsViewModel::Restore() {
 }
 
 int StatisticsViewModel::get_LogoHeight() const {
-    return buildProperty("LogoHeight").toInt();
+    return AppVariables::buildProperty("LogoHeight").toInt();
 }
 
 void StatisticsViewModel::set_SelectedRegionIndex(int v) {

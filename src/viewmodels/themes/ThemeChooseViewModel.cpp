@@ -83,6 +83,6 @@ void ThemeChooseViewModel::clearChoices() {
 void ThemeChooseViewModel::choose(int index) {
     if (m_index.get_IntValue() != index)
         m_index.set_IntValue(index);
-    // The same place may stand for another dictionary now.
-    emit changed_SelectedTheme();
+    else // the same place may stand for another dictionary now
+        emit changed_SelectedTheme();
 }

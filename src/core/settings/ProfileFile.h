@@ -3,7 +3,7 @@
 #include <QSettings>
 #include <QString>
 
-/// A file of the user's profile. Made on the stack where it is needed; main thread.
+/// A file of the user's profile. Made on the stack where it is needed, on any thread.
 class ProfileFile : public QSettings {
     Q_OBJECT
 

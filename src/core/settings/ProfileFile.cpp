@@ -1,4 +1,4 @@
-#include "viewmodels/statistics/ProfileFile.h"
+#include "core/settings/ProfileFile.h"
 
 #include "core/AppVariables.h"
 
