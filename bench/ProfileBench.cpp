@@ -43,7 +43,7 @@ void measureProfile() {
     StatisticsViewModel profile(folder, nullptr);
     QQmlApplicationEngine engine;
     engine.rootContext()->setContextProperty("statisticsViewModel", &profile);
-    engine.load("qrc:/Views/StatisticsViews/StatisticsWindow.qml");
+    engine.load("qrc:/StatisticsWindow.qml");
     auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
     if (!window || !QTest::qWaitForWindowExposed(window, 20000))
         throw std::runtime_error("the window does not come up");

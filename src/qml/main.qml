@@ -1,13 +1,8 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
 import "qrc:/OstrelStyle" as Ostrel
-import "qrc:/Views/CommandViews"
-import "qrc:/Views/FeedbackViews"
 import "qrc:/Views/MonitorViews"
 import "qrc:/Views/SelfTest"
-import "qrc:/Views/SettingsViews"
-import "qrc:/Views/StatisticsViews"
-import "qrc:/Views/ThemeViews"
 
 // The root of all windows: never hidden, one pixel while there is nothing to show.
 Ostrel.FixedWindow {

@@ -5,8 +5,8 @@
 #include "Stand.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
+#include "core/settings/ProfileFile.h"
 #include "core/settings/StatisticsSettings.h"
-#include "viewmodels/statistics/ProfileFile.h"
 #include "viewmodels/statistics/StatisticsViewModel.h"
 
 #include <QDir>
@@ -67,7 +67,7 @@ void TestUserWindows::profileIsChosen() {
     StatisticsViewModel profile(SOURCE "/reference", nullptr);
     QQmlApplicationEngine engine;
     engine.rootContext()->setContextProperty("statisticsViewModel", &profile);
-    engine.load("qrc:/Views/StatisticsViews/StatisticsWindow.qml");
+    engine.load("qrc:/StatisticsWindow.qml");
     QVERIFY(!engine.rootObjects().isEmpty());
     const ProgramWindow window("Данные пользователя");
     QTRY_VERIFY(QGuiApplication::focusWindow());

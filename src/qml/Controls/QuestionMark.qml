@@ -29,8 +29,6 @@ Rectangle {
     }
 
     ToolTip {
-        id: tip
-
         visible: area.containsMouse
         width: 360
         contentItem: Text {

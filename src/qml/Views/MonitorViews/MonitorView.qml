@@ -41,7 +41,6 @@ Item {
     }
 
     Loader {
-        id: themeLoader
         active: monitor.viewmodel.ThemeVisible
         onLoaded: {
             item.raise()
@@ -71,7 +70,6 @@ Item {
     }
 
     Loader {
-        id: gainLoader
         active: monitor.viewmodel.GainVisible
         onLoaded: {
             item.raise()

@@ -8,6 +8,8 @@ Ostrel.SubWindow {
     id: tests
 
     readonly property var viewmodel: selfTestViewModel
+    // In characters; a run in a loop has no end, and the report holds all of it.
+    readonly property int longestLog: 100000
     readonly property var figures: [
         [qsTr("Ping запросы"), viewmodel.PingCount],
         [qsTr("Ping ответы"), viewmodel.PongCount],
@@ -25,7 +27,12 @@ Ostrel.SubWindow {
 
     Connections {
         target: tests.viewmodel
-        function onAppendLog(text) { log.insert(log.length, text) }
+        function onAppendLog(text) {
+            log.insert(log.length, text)
+            if (log.length > tests.longestLog)
+                log.remove(0, log.length - tests.longestLog / 2)
+            log.cursorPosition = log.length
+        }
         function onClearLog() { log.clear() }
     }
 
@@ -73,7 +80,7 @@ Ostrel.SubWindow {
 
                 backgroundSizeSource: view
                 readOnly: true
-                wrapMode: TextEdit.NoWrap
+                wrapMode: TextEdit.Wrap
                 textFormat: TextEdit.PlainText
                 Accessible.name: qsTr("Тесты")
             }

@@ -1,17 +1,12 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
-import "qrc:/OstrelStyle" as Ostrel
+import "qrc:/Controls"
 
 Item {
     id: page
 
     property var viewmodel
-
-    // A link that does something in the program.
-    function link(text) {
-        return "<a href='#'>" + text + "</a>"
-    }
 
     implicitHeight: Math.max(texts.implicitHeight + 40, 300)
 
@@ -71,26 +66,26 @@ Item {
             text: page.viewmodel.ClientId
         }
 
-        Label {
+        LinkLabel {
             visible: page.viewmodel.EnableTutorial
-            text: page.link(qsTr("Как пользоваться приложением?"))
-            onLinkActivated: page.viewmodel.openTutorial()
+            caption: qsTr("Как пользоваться приложением?")
+            onActivated: page.viewmodel.openTutorial()
         }
 
-        Label {
+        LinkLabel {
             visible: page.viewmodel.VisibleManual
-            text: page.link(qsTr("Руководство пользователя"))
-            onLinkActivated: Qt.openUrlExternally("file://" + page.viewmodel.LocalHelpFile)
+            caption: qsTr("Руководство пользователя")
+            onActivated: Qt.openUrlExternally("file://" + page.viewmodel.LocalHelpFile)
         }
 
-        Label {
-            text: page.link(qsTr("Собрать данные о системе"))
-            onLinkActivated: page.viewmodel.getSystemInfo()
+        LinkLabel {
+            caption: qsTr("Собрать данные о системе")
+            onActivated: page.viewmodel.getSystemInfo()
         }
 
-        Label {
-            text: page.link(qsTr("Сообщить о проблеме"))
-            onLinkActivated: Qt.openUrlExternally(page.viewmodel.SupportLink)
+        LinkLabel {
+            caption: qsTr("Сообщить о проблеме")
+            onActivated: Qt.openUrlExternally(page.viewmodel.SupportLink)
         }
     }
 }

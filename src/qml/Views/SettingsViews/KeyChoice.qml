@@ -15,8 +15,6 @@ RowLayout {
     spacing: 12
 
     RadioButton {
-        id: button
-
         Layout.preferredWidth: 300
         autoExclusive: false
         text: choice.text

@@ -19,6 +19,18 @@ SettingsPage {
         text: page.viewmodel.LastConnectionError
     }
 
+    Ostrel.ErrorLabel {
+        // Of the ports that have no field here, as they stand in the file.
+        readonly property string error: page.viewmodel.ASRServerPort.Error
+                                        || page.viewmodel.FormAPIPort.Error
+                                        || page.viewmodel.RestProxyPort.Error
+
+        Layout.fillWidth: true
+        visible: error !== ""
+        wrapMode: Text.WordWrap
+        text: qsTr("Файл настроек: %1").arg(error)
+    }
+
     Ostrel.LightHeaderLabel {
         Layout.topMargin: 6
         text: qsTr("Сервер распознавания")

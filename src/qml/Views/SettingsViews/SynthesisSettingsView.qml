@@ -48,8 +48,6 @@ SettingsPage {
         }
 
         Slider {
-            id: speed
-
             Layout.fillWidth: true
             enabled: page.viewmodel.IsTtsEnabled
             from: 0.5

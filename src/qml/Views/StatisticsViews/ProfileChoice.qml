@@ -3,8 +3,6 @@ import QtQuick.Controls 2.15
 
 // A row of a list, or none: -1.
 ComboBox {
-    id: choice
-
     property int chosen: -1
 
     signal choose(int index)

@@ -26,7 +26,9 @@ Item {
             Layout.fillWidth: true
             visible: text !== ""
             wrapMode: Text.WordWrap
-            text: view.chooser.SelectedValidatedThemeIndex.Error
+            // There is no button then whose press would tell it.
+            text: list.count === 0 ? qsTr("Отсутствуют словари на сервере")
+                                   : view.chooser.SelectedValidatedThemeIndex.Error
         }
 
         ListView {

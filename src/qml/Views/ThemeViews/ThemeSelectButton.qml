@@ -13,8 +13,6 @@ Button {
     bottomPadding: 10
 
     contentItem: Column {
-        id: texts
-
         spacing: 4
 
         Ostrel.LightHeaderLabel {

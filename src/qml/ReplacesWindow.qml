@@ -43,7 +43,7 @@ Ostrel.SubWindow {
             currentIndex: commandsViewModel.typeIndex
             onCurrentIndexChanged: commandsViewModel.typeIndex = currentIndex
             getViewTemplate: function(commands) {
-                return "qrc:/Views/CommandViews/" + commands.TypeName + "CommandsView.qml"
+                return "qrc:/Views/Commands/Browse/" + commands.TypeName + "CommandsView.qml"
             }
             contentTemplate: Loader {
                 Component.onCompleted: setSource(tabs.getViewTemplate(modelData),

@@ -3,6 +3,7 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "qrc:/Controls" as Controls
 import "qrc:/OstrelStyle" as Ostrel
+import "qrc:/Views/StatisticsViews"
 
 // Asks where and as whom the user works, before anything else.
 Ostrel.SubWindow {

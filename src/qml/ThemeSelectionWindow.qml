@@ -2,11 +2,8 @@ import QtQuick 2.15
 import "qrc:/Controls"
 import "qrc:/OstrelStyle" as Ostrel
 
-// Asks for a dictionary before dictation can begin. Closed without a choice, the connection starts
-// over.
+// Asks for a dictionary before dictation can begin. Closed without a choice, the program ends.
 Ostrel.SubWindow {
-    id: selection
-
     property bool isAccepted: false
 
     // Stores the choice, and closes if it could be stored.
@@ -18,7 +15,6 @@ Ostrel.SubWindow {
 
     modality: Qt.ApplicationModal
     background: LogoBackground {
-        id: ground
         logoHeight: recognitionSettingsViewModel.LogoHeight
     }
     onClosing: {

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "qrc:/Views/ThemeViews"
 
 ThemeSelectionWindow {
     id: selection

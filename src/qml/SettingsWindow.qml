@@ -2,6 +2,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "qrc:/OstrelStyle" as Ostrel
+import "qrc:/Views/SettingsViews"
 
 // The pages of the settings, applied or cancelled together.
 Ostrel.SubWindow {
