@@ -18,6 +18,7 @@ BusyNotice::BusyNotice(const QString &text)
                   Qt::WindowDoesNotAcceptFocus) {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     m_label.setAttribute(Qt::WA_ShowWithoutActivating);
+    m_label.setWindowTitle(text);
     m_label.setMargin(24);
     m_label.setStyleSheet(QStringLiteral(
         "background: #fdfdfd; color: #707070; border: 1px solid #C0C0C0; font-size: 10pt;"));

@@ -10,6 +10,7 @@
 #include "viewmodels/statistics/StatisticsViewModel.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QQmlApplicationEngine>
@@ -177,6 +178,20 @@ void TestUserWindows::feedbackReachesTheServer() {
     }
     QTRY_COMPARE(QByteArray::fromBase64(Settings("Feedback").value("FeedbackText").toByteArray()),
                  QByteArray("позже"));
+
+    // Sent at last, to a server that keeps silent: the program stands still, and says so.
+    m_stand->tell({{"do", "claim"}, {"mode", "silent"}});
+    const ProgramWindow form =
+        ProgramWindow::openFromTray(ProgramWindow::FeedbackEntry, "Обратная связь");
+    ProgramWindow::key("Tab Tab Tab Tab Tab Return");
+    QTRY_VERIFY(ProgramWindow::exists("Отправка отзыва…"));
+    QElapsedTimer wait;
+    wait.start();
+    QVERIFY(m_program->waitForLog("Notification: К сожалению"));
+    qInfo("an answer that does not come is waited for %lld ms", wait.elapsed());
+    QTRY_VERIFY(!ProgramWindow::exists("Отправка отзыва…"));
+    QCOMPARE(QByteArray::fromBase64(Settings("Feedback").value("FeedbackText").toByteArray()),
+             QByteArray("позже"));
 }
 
 void TestUserWindows::wordsReachTheServer() {
@@ -196,9 +211,8 @@ void TestUserWindows::wordsReachTheServer() {
 }
 
 void TestUserWindows::installationIsMeasured() {
-    // The example as it is shipped; the stand only counts the sound.
-    m_stand = std::make_unique<Stand>(
-        QJsonObject{{"steps", QJsonArray{QJsonObject{{"atBytes", 32000}, {"text", "кашель"}}}}});
+    // The example as it is shipped, before a recogniser that hears its words.
+    m_stand = std::make_unique<Stand>(QJsonObject(), QStringList{"--engine", "acoustic"});
     writeSettings(*m_stand);
     const QSettings example(SOURCE "/examples/selftest/settings.ini", QSettings::IniFormat);
     Settings settings{QString()};
@@ -221,6 +235,8 @@ void TestUserWindows::installationIsMeasured() {
              qPrintable(report()));
     const int files = example.value("SelfTest/Files/size").toInt();
     QCOMPARE(report().count("All 1 results received"), files);
+    for (const char *said : {"общее состояние удовлетворительное", "сто двадцать", "температура"})
+        QVERIFY2(report().contains(said), qPrintable(report()));
     ProgramWindow::key("Escape");
     QVERIFY(window.isGone());
 }
