@@ -135,12 +135,24 @@ private slots:
         QTRY_VERIFY(isShrunk());
     }
 
+    void followsTheSound_data() {
+        QTest::addColumn<QByteArray>("scale");
+        for (const char *scale : {"1", "2"})
+            QTest::newRow(scale) << QByteArray(scale);
+    }
+
     void followsTheSound() {
+        QFETCH(QByteArray, scale);
+        qputenv("QT_SCALE_FACTOR", scale);
+        const int factor = scale.toInt();
         QVERIFY(dictate());
-        const QPoint square = corner();
-        const QPoint inMicrophone = square + QPoint(50, 52);
-        QTRY_COMPARE(pixel(square + QPoint(2, 50)), QColor("#f8f8ff"));
+        QTRY_VERIFY(place(squareName).width() == 100 * factor);
+        const QPoint square = place(squareName).topLeft();
+        const QPoint inMicrophone = square + QPoint(50, 52) * factor;
+        QTRY_COMPARE(pixel(square + QPoint(2, 50) * factor), QColor("#f8f8ff"));
         QCOMPARE(pixel(square), QColor("#A0A0A0"));
+        const QPoint stem = square + QPoint(50, 70) * factor;
+        QVERIFY2(pixel(stem) != pixel(stem + QPoint(6, 0) * factor), "the stand is drawn");
         QVERIFY(pixel(inMicrophone) != QColor("#f8f8ff"));
         desk().speak(SineWave(440, 20000, 5).save(desk().folder() + "/tone.wav"));
         QTRY_COMPARE(pixel(inMicrophone), QColor("#f8f8ff"));

@@ -36,7 +36,8 @@ T.CheckBox {
                 objectName: "tick"
                 anchors.fill: parent
                 visible: control.checked
-                layer.enabled: true
+                // Smooth edges; without GL the painter makes them, and a layer is empty at double scale.
+                layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
                 layer.samples: 4
 
                 ShapePath {

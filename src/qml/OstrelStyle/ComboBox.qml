@@ -26,9 +26,8 @@ T.ComboBox {
 
     contentItem: TextInput {
         clip: true
-        text: control.editable ? control.editText : control.displayText
+        text: control.editable ? control.editText : shownText.elidedText
         enabled: control.editable
-        // A name that is too long shows its beginning.
         autoScroll: control.editable
         readOnly: control.down
         selectByMouse: true
@@ -39,6 +38,14 @@ T.ComboBox {
         inputMethodHints: control.inputMethodHints
         validator: control.validator
         verticalAlignment: TextInput.AlignVCenter
+    }
+
+    TextMetrics {
+        id: shownText
+        font: control.font
+        text: control.displayText
+        elide: Text.ElideRight
+        elideWidth: control.availableWidth
     }
 
     indicator: ComboArrow {

@@ -5,7 +5,8 @@ import QtQuick.Shapes 1.15
 Shape {
     width: 10
     height: 10
-    layer.enabled: true
+    // Smooth edges; without GL the painter makes them, and a layer is empty at double scale.
+    layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
     layer.samples: 4
 
     ShapePath {

@@ -21,7 +21,8 @@ MouseArea {
     Shape {
         anchors.fill: parent
         opacity: button.isLit ? 1 : 0.3
-        layer.enabled: true
+        // Smooth edges; without GL the painter makes them, and a layer is empty at double scale.
+        layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
         layer.samples: 8
 
         ShapePath {
