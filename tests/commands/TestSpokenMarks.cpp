@@ -16,7 +16,7 @@ private slots:
     void typesWhatWasSaid_data();
     void typesWhatWasSaid();
     void leavesMarksToTheServer();
-    void standsInTheFormOfTheProgram();
+    void standsInItsFormAndInTheManual();
 
 private:
     /// The typed text of final results in a row.
@@ -81,11 +81,15 @@ void TestSpokenMarks::leavesMarksToTheServer() {
              QString("Болевая точка запятая 5%¶("));
 }
 
-void TestSpokenMarks::standsInTheFormOfTheProgram() {
+void TestSpokenMarks::standsInItsFormAndInTheManual() {
     const QString path = QCoreApplication::applicationDirPath() + "/autoreplaces.json";
     const QList<UserCommand> commands = UserCommandsManager::LoadFrom(path, nullptr, true);
+    const QByteArray manual =
+        bytesOf(QCoreApplication::applicationDirPath() + "/help/punctuation.html");
     QStringList patterns;
     for (const UserCommand &command : commands) {
+        QVERIFY2(manual.contains(("<td>" + command.Pattern + "</td>").toUtf8()),
+                 qPrintable("the manual does not tell of it: " + command.Pattern));
         QVERIFY2(UserCommand::ValidatePatternSymbols(command.Pattern), qPrintable(command.Pattern));
         patterns << command.get_NormalizedPattern();
     }

@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import QtQuick.Shapes 1.15
 import QtQuick.Templates 2.15 as T
 
 T.CheckBox {
@@ -32,24 +31,20 @@ T.CheckBox {
             border.color: control.down || control.hovered || control.checked || control.visualFocus
                           ? "#2FBECA" : "#D5D5D5"
 
-            Shape {
+            Canvas {
                 objectName: "tick"
                 anchors.fill: parent
                 visible: control.checked
-                // Smooth edges; without GL the painter makes them, and a layer is empty at double scale.
-                layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
-                layer.samples: 4
-
-                ShapePath {
-                    fillColor: "transparent"
-                    strokeColor: "#1A8E96"
-                    strokeWidth: 3
-                    capStyle: ShapePath.SquareCap
-                    startX: 3
-                    startY: 8
-
-                    PathLine { x: 6; y: 10 }
-                    PathLine { x: 11; y: 5 }
+                onPaint: {
+                    const context = getContext("2d")
+                    context.reset()
+                    context.moveTo(3, 8)
+                    context.lineTo(6, 10)
+                    context.lineTo(11, 5)
+                    context.lineWidth = 3
+                    context.lineCap = "square"
+                    context.strokeStyle = "#1A8E96"
+                    context.stroke()
                 }
             }
         }
