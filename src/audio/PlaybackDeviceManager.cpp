@@ -13,7 +13,8 @@ namespace {
 constexpr int wavHeaderBytes = 44;
 constexpr int sampleBytes = 2;
 constexpr int sampleRate = 22050;
-constexpr int halfSampleLifeMs = 1000;
+/// Longer than the main thread may be kept while a sample is on its way in two halves.
+constexpr int halfSampleLifeMs = 10000;
 /// Twenty minutes of speech. A device that takes nothing must not fill the memory.
 constexpr qint64 maxQueuedBytes = 20LL * 60 * sampleRate * sampleBytes;
 } // namespace

@@ -17,6 +17,9 @@ bool isControlKey(QChar ch) {
 CommandResult FileCopyCommandExecutor::Execute(const UserCommand &command) const {
     QString error;
     QString text = m_reader->ReadFile(command.Text, &error);
+    // Old systems end a text with this.
+    if (text.endsWith(QChar(0x1A)))
+        text.chop(1);
     if (std::any_of(text.cbegin(), text.cend(), isControlKey)) {
         text.clear();
         error = ReadingLimits::unreadable();

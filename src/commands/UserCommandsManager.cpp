@@ -177,6 +177,7 @@ void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCom
     QList<UserCommand> own;
     std::copy_if(commands.cbegin(), commands.cend(), std::back_inserter(own),
                  [](const UserCommand &command) { return !command.IsSystem; });
+    const StoredFile former = m_files.value(path);
     const QString copy = keepFormerFile(path, theme.id());
     try {
         if (!own.isEmpty())
@@ -192,8 +193,17 @@ void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCom
     if (copy.endsWith(foreignSuffix)) {
         emit CommandFileKept(
             tr("Файл «%1» изменила другая программа. Её версия сохранена: «%2»").arg(path, copy));
+    } else if (!copy.isEmpty()) {
+        m_files.insert(copy, former);
+        if (!copy.endsWith(QLatin1Char('/') + fileNameOf(former.themeId)))
+            m_copies.insert(former.themeId, copy);
     }
     m_files.insert(path, {hashOf(path), theme.id()});
+    m_storedThemes.insert(theme.id());
+    const QStringList outdated = m_copies.values(theme.id());
+    for (const QString &file : outdated)
+        QFile::remove(file);
+    m_copies.remove(theme.id());
     updateCommands();
 }
 
@@ -203,12 +213,15 @@ QString UserCommandsManager::keepFormerFile(const QString &path, const QString &
     const QByteArray hash = hashOf(path);
     const StoredFile stored = m_files.value(path);
     const bool isForeign = hash.isEmpty() || hash != stored.hash;
-    if (!isForeign && stored.themeId == themeId)
+    if (!isForeign && (stored.themeId == themeId || m_storedThemes.contains(stored.themeId)))
         return {};
     // The commands of another dictionary are to count at the next start as well.
-    const QString copy =
-        path + QDateTime::currentDateTime().toString(QStringLiteral(".yyyyMMdd-hhmmss-zzz")) +
-        (isForeign ? foreignSuffix : QStringLiteral(".json"));
+    QString copy = QFileInfo(path).dir().filePath(fileNameOf(stored.themeId));
+    if (isForeign || QFile::exists(copy)) {
+        copy = path +
+               QDateTime::currentDateTime().toString(QStringLiteral(".yyyyMMdd-hhmmss-zzz")) +
+               (isForeign ? foreignSuffix : QStringLiteral(".json"));
+    }
     if (!QFile::copy(path, copy))
         throw Exception(QStringLiteral("UserCommandsManager: Cannot keep file '%1'").arg(path));
     qWarning().noquote() << (isForeign ? "Changed by another program:" : "Of another dictionary:")

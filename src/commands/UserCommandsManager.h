@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QMap>
 #include <QMutex>
+#include <QSet>
 
 #include <map>
 #include <memory>
@@ -88,8 +89,9 @@ private:
         QString themeId;
     };
 
-    /// Keeps a copy of the file beside it if this program did not leave it so, or left it for
-    /// another dictionary than the one whose commands are to replace it.
+    /// Keeps a copy of the file beside it if this program did not leave it so, or if it holds the
+    /// commands of another dictionary than the one whose commands are to replace it, which are
+    /// stored nowhere else.
     /// @return the copy's path, or an empty text
     /// @throws Exception  what would be lost cannot be read or copied
     QString keepFormerFile(const QString &path, const QString &themeId);
@@ -104,6 +106,10 @@ private:
     QMap<QString, ClientThemeInfo> m_offeredThemes;
     QMap<QString, QList<UserCommand>> m_commands;
     QHash<QString, StoredFile> m_files;
+    /// The dictionaries whose whole lists have been stored since they were read.
+    QSet<QString> m_storedThemes;
+    /// Copies that hold a dictionary's commands until these are stored under its own name.
+    QMultiHash<QString, QString> m_copies;
     std::map<UserCommandNamespace::UserCommandType, std::unique_ptr<UserCommandExecutor>>
         m_executors;
 };

@@ -45,6 +45,12 @@ QByteArray errorAnswer(const QByteArray &status, const QString &text, const QStr
     return httpAnswer(status, RestProxyServer::serializeJson(createErrorResult(text, debugText)));
 }
 
+/// To a body in chunks, which cannot be handed on.
+QByteArray lengthRequired() {
+    return errorAnswer("411 Length Required", RestProxyServer::tr("Некорректный формат запроса"),
+                       QStringLiteral("BadRequest"), QStringLiteral("A body without a length"));
+}
+
 /// A request taken apart.
 struct Request {
     QByteArray method;
@@ -187,13 +193,8 @@ void RestProxyServer::answer(QTcpSocket *socket) {
     const HttpRequestBuffer buffer = m_requests.take(socket);
     const QByteArray request = readdress(buffer.bytes());
     qCDebug(restProxyLog).noquote() << request;
-    if (buffer.isChunked()) {
-        socket->write(errorAnswer("411 Length Required", tr("Некорректный формат запроса"),
-                                  QStringLiteral("BadRequest"),
-                                  QStringLiteral("A body in chunks cannot be handed on")));
-    } else if (!leadsBackHere()) {
-        socket->write(parseHeaders(request, proxyRequest));
-    }
+    if (!leadsBackHere())
+        socket->write(buffer.isChunked() ? lengthRequired() : parseHeaders(request, proxyRequest));
     finish(socket);
 }
 

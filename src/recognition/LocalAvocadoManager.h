@@ -8,7 +8,8 @@ class WebSocketClient;
 
 /// The user's personal words: the list, its file of one word a line, and the sending to the server.
 ///
-/// The list is changed on the main thread; all operations are safe from any thread.
+/// The list is changed, and announcing begins, on the main thread; reading and sending are safe
+/// from any thread.
 class LocalAvocadoManager {
 public:
     /// Reads the file; a missing or unreadable one is an empty list.

@@ -98,6 +98,7 @@ private slots:
     void refusesAFile_data();
     void refusesAFile();
     void savesWhatIsTheUsers();
+    void keepsCommandsUnderAnotherName_data();
     void keepsCommandsUnderAnotherName();
     void putsInForceWhatIsStored();
     void keepsIdsOfServersInTheFolder_data();
@@ -247,19 +248,30 @@ void TestCommandFiles::savesWhatIsTheUsers() {
     QCOMPARE(changed.size(), 1);
 }
 
+void TestCommandFiles::keepsCommandsUnderAnotherName_data() {
+    columns<QStringList, QStringList>("stored", "after");
+    const QString first("а=1");
+    row("a dictionary that is not offered", QStringList{""}, QStringList{first, "б=2"});
+    row("its commands are deleted at the same time", QStringList{"", "42"}, QStringList{"", "б=2"});
+    row("in any order", QStringList{"", "42", "43"}, QStringList{"", ""});
+}
+
 void TestCommandFiles::keepsCommandsUnderAnotherName() {
+    QFETCH(QStringList, stored);
     QVERIFY(save(folder() + "default.json", fileOf("42", {"а=1"})));
     QVERIFY(save(folder() + "theme_42.json", fileOf("43", {"б=2"})));
     m_manager->LoadAll();
-    m_manager->set_Commands({{"", {text("в", "3")}}, {"42", {}}});
-    m_manager->LoadAll();
-    QCOMPARE(describe(m_manager->get_ThemeCommands("")), QStringList{"в=3"});
-    QCOMPARE(describe(m_manager->get_ThemeCommands("42")), QStringList{"а=1"});
-    QCOMPARE(describe(m_manager->get_ThemeCommands("43")), QStringList{"б=2"});
-    // Now each file is what it is called.
-    const QStringList files = QDir(folder()).entryList(QDir::Files);
-    m_manager->set_Commands({{"", {text("г", "4")}}});
-    QCOMPARE(QDir(folder()).entryList(QDir::Files), files);
+    QMap<QString, QList<UserCommand>> lists;
+    for (const QString &id : stored)
+        lists.insert(id, id.isEmpty() ? QList<UserCommand>{text("в", "3")} : QList<UserCommand>());
+    m_manager->set_Commands(lists);
+    UserCommandsManager next;
+    next.set_AsrManager(&m_asrManager);
+    next.LoadAll();
+    QCOMPARE(describe(next.get_ThemeCommands("")), QStringList{"в=3"});
+    const QStringList after{describe(next.get_ThemeCommands("42")).join(' '),
+                            describe(next.get_ThemeCommands("43")).join(' ')};
+    QTEST(after, "after");
 }
 
 void TestCommandFiles::putsInForceWhatIsStored() {

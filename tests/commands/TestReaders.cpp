@@ -217,6 +217,7 @@ void TestReaders::preparesTheText_data() {
     // Typed, these would be Escape and Backspace.
     row("no text at all", QByteArray("PK\x1B\x08"), QString());
     row("line ends of all kinds", QByteArray("a\r\nb\nc\rd"), " a\rb\rc\rd");
+    row("an old mark of the end", QByteArray("a\x1A"), " a");
     row("blank ahead", QByteArray(" a"), " a");
     row("tab ahead", QByteArray("\ta"), "\ta");
     row("line end ahead", QByteArray("\na"), "\ra");

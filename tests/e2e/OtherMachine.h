@@ -12,9 +12,9 @@ public:
         m_isThere = run("ip", {"netns", "add", m_name}) &&
                     run("ip", {"link", "add", m_cable, "type", "veth", "peer", "name", "cable",
                                "netns", m_name}) &&
-                    run("ip", {"address", "add", m_address + "/30", "dev", m_cable}) &&
+                    run("ip", {"address", "add", m_network + "1/30", "dev", m_cable}) &&
                     run("ip", {"link", "set", m_cable, "up"}) &&
-                    there({"ip", "address", "add", "10.213.77.2/30", "dev", "cable"}) &&
+                    there({"ip", "address", "add", m_network + "2/30", "dev", "cable"}) &&
                     there({"ip", "link", "set", "cable", "up"});
     }
     ~OtherMachine() { run("ip", {"netns", "delete", m_name}); }
@@ -25,7 +25,7 @@ public:
     /// Whether somebody listens on this machine for the other one.
     bool reaches(int port) const {
         return there({"timeout", "10", "bash", "-c",
-                      QString("exec 3<>/dev/tcp/%1/%2").arg(m_address).arg(port)});
+                      QString("exec 3<>/dev/tcp/%1/%2").arg(m_network + "1").arg(port)});
     }
 
 private:
@@ -41,6 +41,8 @@ private:
 
     const QString m_name = QString("vellumar-%1").arg(getpid());
     const QString m_cable = QString("vm%1").arg(getpid());
-    const QString m_address = "10.213.77.1";
+    /// Of its own, should another run have left one behind.
+    const QString m_network =
+        QString("10.%1.%2.").arg(100 + getpid() / 256 % 100).arg(getpid() % 256);
     bool m_isThere = false;
 };

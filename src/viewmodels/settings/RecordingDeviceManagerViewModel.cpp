@@ -1,6 +1,7 @@
 #include "viewmodels/settings/RecordingDeviceManagerViewModel.h"
 
 #include "audio/RecordingDeviceManager.h"
+#include "core/settings/RecordingDeviceSettings.h"
 
 RecordingDeviceManagerViewModel::RecordingDeviceManagerViewModel(RecordingDeviceManager *manager,
                                                                  QObject *parent)
@@ -16,6 +17,9 @@ void RecordingDeviceManagerViewModel::Load() {
     connect(m_recording, &RecordingDeviceManager::GainChanged, this,
             &RecordingDeviceManagerViewModel::changed_Gain, Qt::UniqueConnection);
     m_loadedGain = m_recording->Gain();
+    const RecordingDeviceSettings settings;
+    m_storedName = settings.Name;
+    m_storedTrackChanges = settings.TrackChanges;
     emit changed_Gain();
     emit changed_CurrentLevel();
 }
@@ -29,7 +33,10 @@ void RecordingDeviceManagerViewModel::Cancel() {
     AudioDeviceListViewModel::Cancel();
     m_recording->set_Gain(m_loadedGain);
     // Each move of the gain has stored the other choices as well.
-    m_recording->SaveSettings();
+    RecordingDeviceSettings settings;
+    settings.Name = m_storedName;
+    settings.TrackChanges = m_storedTrackChanges;
+    settings.sync();
 }
 
 bool RecordingDeviceManagerViewModel::IsChanged() {

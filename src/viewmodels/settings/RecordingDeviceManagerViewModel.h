@@ -38,4 +38,6 @@ signals:
 private:
     RecordingDeviceManager *m_recording;
     int m_loadedGain = 0;
+    QString m_storedName;
+    bool m_storedTrackChanges = false;
 };

@@ -28,10 +28,13 @@ Ostrel.SubWindow {
     Connections {
         target: tests.viewmodel
         function onAppendLog(text) {
+            // Whoever reads further up is not to lose the place.
+            const follows = log.cursorPosition === log.length
             log.insert(log.length, text)
             if (log.length > tests.longestLog)
                 log.remove(0, log.length - tests.longestLog / 2)
-            log.cursorPosition = log.length
+            if (follows)
+                log.cursorPosition = log.length
         }
         function onClearLog() { log.clear() }
     }
