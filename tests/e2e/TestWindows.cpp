@@ -111,6 +111,7 @@ void TestWindows::settingsReachTheServer() {
         window.click(-200, 270);
         ProgramWindow::key("Down Return");
         m_stand->forget();
+        m_program->forgetLog();
         window.accept();
         QVERIFY(window.isGone());
     }
@@ -118,6 +119,7 @@ void TestWindows::settingsReachTheServer() {
     QCOMPARE(theme["data"].toObject()["Id"], QJsonValue("surgery"));
     QTRY_VERIFY(!HotkeySettings().UseHotkey);
     QCOMPARE(HotkeySettings().P2TKey.get(), QString("Pause"));
+    QVERIFY(m_program->waitForLog("KeyboardListener::initialize"));
     m_stand->forget();
     XKeyboard keyboard;
     keyboard.play("+Pause");
