@@ -136,6 +136,7 @@ void UserCommandsManager::LoadAll() {
         const QMutexLocker locker(&m_mutex);
         m_knownThemes = themes;
         m_commands = commands;
+        m_storedThemes.clear();
         offerAllThemesOnly();
     }
     updateCommands();

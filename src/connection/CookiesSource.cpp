@@ -12,10 +12,6 @@
 
 namespace {
 
-QString variable(const char *name, const char *option) {
-    return AppVariables::sm_stdVars.get(QString::fromLatin1(name), QString::fromLatin1(option));
-}
-
 struct ProfileCookie {
     const char *name;
     const char *key;
@@ -48,12 +44,13 @@ QNetworkCookie CookiesSource::encodedCookie(const char *name, const QString &val
 void CookiesSource::initializeCookies() {
     if (!m_cookies.isEmpty())
         return;
-    const QString account = variable("env", "USER");
+    const QString account =
+        AppVariables::sm_stdVars.get(QStringLiteral("env"), QStringLiteral("USER"));
     qInfo().noquote().nospace() << "Connection: user " << account;
     const UserInfo &user = UserInfo::instance();
     m_cookies = {
-        encodedCookie("CLIENT_APP_VERSION", variable("build", "Version")),
-        encodedCookie("CLIENT_APP_NAME", variable("build", "ClientAppName")),
+        encodedCookie("CLIENT_APP_VERSION", AppVariables::buildProperty("Version")),
+        encodedCookie("CLIENT_APP_NAME", AppVariables::buildProperty("ClientAppName")),
         encodedCookie("DESKTOP_ID", ClientInfoSettings().getOrCreateDesktopId()),
         encodedCookie("ENVIRONMENT", user.environment()),
         encodedCookie("ACCOUNT", account),

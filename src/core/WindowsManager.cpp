@@ -210,28 +210,31 @@ int WindowsManager::runApplication(int argc, char **argv) {
     followPrimaryScreen();
     const int result = runInterface(&engine);
     // Before the view models of this function go.
-    pulseAudio.Stop();
-    m_restProxy.reset();
+    stopDevices(&pulseAudio);
     return result;
 }
 
 void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     stopSubServices();
     m_hotKeyManager->keyboardHookUnreg();
-    // Devices may come and go to the very end.
-    m_recordingDevice->disconnect(this);
-    pulseAudio->Stop();
+    stopDevices(pulseAudio);
     m_selfTest.reset();
     m_selfTestViewModel.reset();
     m_feedbackViewModel.reset();
     m_avocadoViewModel.reset();
     m_statisticsViewModel.reset();
-    m_restProxy.reset();
     m_heartbeatService = nullptr;
     while (!m_subServices.empty())
         m_subServices.pop_back();
     m_tray.reset();
     m_runGuard = nullptr;
+}
+
+void WindowsManager::stopDevices(PulseAudioManager *pulseAudio) {
+    // Devices may come and go to the very end.
+    m_recordingDevice->disconnect(this);
+    pulseAudio->Stop();
+    m_restProxy.reset();
 }
 
 int WindowsManager::runInterface(QQmlApplicationEngine *engine) {

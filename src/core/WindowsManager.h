@@ -103,6 +103,8 @@ private:
     int runInterface(QQmlApplicationEngine *engine);
     /// The end of runApplication, also when an exception ends it.
     void takeDown(PulseAudioManager *pulseAudio);
+    /// Ends the devices and the forms' REST proxy; a second call does nothing.
+    void stopDevices(PulseAudioManager *pulseAudio);
     void createWebSocketWorker(AutoReplaceManager *autoReplace,
                                RecognitionSettingsViewModel *recognition,
                                UserCommandsManager *userCommands);
