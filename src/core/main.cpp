@@ -1,10 +1,20 @@
 #include "core/AppVariables.h"
+#include "core/ProcessEnd.h"
 #include "core/UnhandledException.h"
 #include "core/WindowsManager.h"
 #include "core/settings/Settings.h"
 
 #include <QCoreApplication>
 #include <QDebug>
+
+namespace {
+
+int run(int argc, char **argv) {
+    WindowsManager manager(nullptr);
+    return manager.start(argc, argv);
+}
+
+} // namespace
 
 int main(int argc, char **argv) {
     set_unhandled_catcher();
@@ -15,8 +25,7 @@ int main(int argc, char **argv) {
     QCoreApplication::setApplicationVersion(version);
     Settings::setFileName(QStringLiteral("settings"));
 
-    WindowsManager manager(nullptr);
-    const int result = manager.start(argc, argv);
+    const int result = run(argc, argv);
     qInfo() << "Quit app";
-    return result;
+    endProcess(result);
 }

@@ -312,7 +312,7 @@ void TestAudioRules::activePortIsPartOfTheDescription() {
 }
 
 int main(int argc, char **argv) {
-    return runOnDesk<QCoreApplication, TestAudioRules>(argc, argv, VirtualDesk::Sound);
+    endProcess(runOnDesk<QCoreApplication, TestAudioRules>(argc, argv, VirtualDesk::Sound));
 }
 
 #include "TestAudioRules.moc"

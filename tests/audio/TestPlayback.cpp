@@ -193,7 +193,7 @@ void TestPlayback::withoutADeviceOnlyTheLevelIsTold() {
 }
 
 int main(int argc, char **argv) {
-    return runOnDesk<QCoreApplication, TestPlayback>(argc, argv, VirtualDesk::Sound);
+    endProcess(runOnDesk<QCoreApplication, TestPlayback>(argc, argv, VirtualDesk::Sound));
 }
 
 #include "TestPlayback.moc"

@@ -314,7 +314,7 @@ void TestRecording::stopsWithoutStart() {
 }
 
 int main(int argc, char **argv) {
-    return runOnDesk<QCoreApplication, TestRecording>(argc, argv, VirtualDesk::Sound);
+    endProcess(runOnDesk<QCoreApplication, TestRecording>(argc, argv, VirtualDesk::Sound));
 }
 
 #include "TestRecording.moc"

@@ -3,6 +3,7 @@
 #include "Patience.h"
 #include "VirtualDesk.h"
 #include "core/AppVariables.h"
+#include "core/ProcessEnd.h"
 #include "core/settings/Settings.h"
 
 #include <QApplication>
@@ -70,11 +71,11 @@ int runOnDesk(int argc, char **argv, VirtualDesk::Needs needs) {
 /// The main function of a test executable: DESK_TEST_MAIN(TestKeys, VirtualDesk::Screen).
 #define DESK_TEST_MAIN(TestObject, needs)                                                          \
     int main(int argc, char **argv) {                                                              \
-        return runOnDesk<QApplication, TestObject>(argc, argv, needs);                             \
+        endProcess(runOnDesk<QApplication, TestObject>(argc, argv, needs));                        \
     }
 
 /// The same for a test that needs neither windows nor keys, only folders of its own.
 #define DESK_CORE_TEST_MAIN(TestObject)                                                            \
     int main(int argc, char **argv) {                                                              \
-        return runOnDesk<QCoreApplication, TestObject>(argc, argv, VirtualDesk::Folders);          \
+        endProcess(runOnDesk<QCoreApplication, TestObject>(argc, argv, VirtualDesk::Folders));     \
     }
