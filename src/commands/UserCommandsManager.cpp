@@ -55,6 +55,11 @@ QString fileNameOf(const QString &themeId) {
     return QStringLiteral("theme_") + safeId + QStringLiteral(".json");
 }
 
+void removeCopy(const QString &path) {
+    if (!QFile::remove(path))
+        qWarning().noquote() << "Cannot remove the copy" << path;
+}
+
 /// Gives an id to every executable command that has none.
 /// @return whether there was one
 bool completeIds(QList<UserCommand> *commands) {
@@ -188,7 +193,7 @@ void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCom
                 QStringLiteral("UserCommandsManager: Cannot remove file '%1'").arg(path));
     } catch (...) {
         if (!copy.isEmpty())
-            QFile::remove(copy);
+            removeCopy(copy);
         throw;
     }
     if (copy.endsWith(foreignSuffix)) {
@@ -202,8 +207,12 @@ void UserCommandsManager::Save(const ClientThemeInfo &theme, const QList<UserCom
     m_files.insert(path, {hashOf(path), theme.id()});
     m_storedThemes.insert(theme.id());
     const QStringList outdated = m_copies.values(theme.id());
-    for (const QString &file : outdated)
-        QFile::remove(file);
+    for (const QString &file : outdated) {
+        if (hashOf(file) == m_files.take(file).hash)
+            removeCopy(file);
+        else
+            qWarning().noquote() << "Changed by another program, left in place:" << file;
+    }
     m_copies.remove(theme.id());
     updateCommands();
 }

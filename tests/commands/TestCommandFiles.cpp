@@ -100,6 +100,7 @@ private slots:
     void savesWhatIsTheUsers();
     void keepsCommandsUnderAnotherName_data();
     void keepsCommandsUnderAnotherName();
+    void leavesACopyThatAnotherProgramChanged();
     void putsInForceWhatIsStored();
     void keepsIdsOfServersInTheFolder_data();
     void keepsIdsOfServersInTheFolder();
@@ -272,6 +273,19 @@ void TestCommandFiles::keepsCommandsUnderAnotherName() {
     const QStringList after{describe(next.get_ThemeCommands("42")).join(' '),
                             describe(next.get_ThemeCommands("43")).join(' ')};
     QTEST(after, "after");
+}
+
+void TestCommandFiles::leavesACopyThatAnotherProgramChanged() {
+    QVERIFY(save(folder() + "default.json", fileOf("42", {"а=1"})));
+    QVERIFY(save(folder() + "theme_42.json", fileOf("43", {"б=2"})));
+    m_manager->LoadAll();
+    m_manager->set_Commands({{"", {text("в", "3")}}});
+    const QStringList copies = QDir(folder()).entryList({"default.json.*.json"});
+    QCOMPARE(copies.size(), 1);
+    const QByteArray edited = fileOf("42", {"г=4"});
+    QVERIFY(save(folder() + copies[0], edited));
+    m_manager->set_Commands({{"42", {}}});
+    QCOMPARE(bytesOf(folder() + copies[0]), edited);
 }
 
 void TestCommandFiles::putsInForceWhatIsStored() {
