@@ -29,12 +29,14 @@ Ostrel.SubWindow {
         target: tests.viewmodel
         function onAppendLog(text) {
             // Whoever reads further up is not to lose the place.
-            const follows = log.cursorPosition === log.length
+            const area = view.contentItem
+            const follows = area.atYEnd
+            const former = area.contentY
             log.insert(log.length, text)
             if (log.length > tests.longestLog)
                 log.remove(0, log.length - tests.longestLog / 2)
-            if (follows)
-                log.cursorPosition = log.length
+            area.contentX = 0
+            area.contentY = follows ? Math.max(0, area.contentHeight - area.height) : former
         }
         function onClearLog() { log.clear() }
     }
@@ -83,7 +85,7 @@ Ostrel.SubWindow {
 
                 backgroundSizeSource: view
                 readOnly: true
-                wrapMode: TextEdit.Wrap
+                wrapMode: TextEdit.NoWrap
                 textFormat: TextEdit.PlainText
                 Accessible.name: qsTr("Тесты")
             }
