@@ -7,14 +7,7 @@
 #include <QCoreApplication>
 #include <QDebug>
 
-namespace {
-
-int run(int argc, char **argv) {
-    WindowsManager manager(nullptr);
-    return manager.start(argc, argv);
-}
-
-} // namespace
+#include <memory>
 
 int main(int argc, char **argv) {
     set_unhandled_catcher();
@@ -25,7 +18,9 @@ int main(int argc, char **argv) {
     QCoreApplication::setApplicationVersion(version);
     Settings::setFileName(QStringLiteral("settings"));
 
-    const int result = run(argc, argv);
+    auto manager = std::make_unique<WindowsManager>(nullptr);
+    const int result = manager->start(argc, argv);
     qInfo() << "Quit app";
+    manager.reset();
     endProcess(result);
 }
