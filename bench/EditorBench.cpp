@@ -98,6 +98,5 @@ void run() {
 } // namespace
 
 int main(int argc, char **argv) {
-    return benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Tray | VirtualDesk::Sound,
-                       run);
+    benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Tray | VirtualDesk::Sound, run);
 }

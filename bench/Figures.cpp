@@ -1,6 +1,7 @@
 #include "Figures.h"
 
 #include "DeskTest.h"
+#include "core/ProcessEnd.h"
 
 #include <QFile>
 
@@ -53,8 +54,8 @@ long residentKiB(qint64 pid) {
     return file.readAll().split(' ')[1].toLong() * sysconf(_SC_PAGESIZE) / 1024;
 }
 
-int benchOnDesk(int argc, char **argv, VirtualDesk::Needs needs,
-                const std::function<void()> &bench) {
+void benchOnDesk(int argc, char **argv, VirtualDesk::Needs needs,
+                 const std::function<void()> &bench) {
     currentDesk() = std::make_unique<VirtualDesk>(needs);
     int result = 0;
     {
@@ -70,5 +71,5 @@ int benchOnDesk(int argc, char **argv, VirtualDesk::Needs needs,
         }
     }
     currentDesk().reset();
-    return result;
+    endProcess(result);
 }

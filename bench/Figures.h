@@ -22,7 +22,6 @@ double cpuPercent(qint64 pid);
 
 long residentKiB(qint64 pid);
 
-/// Raises a desk and runs the bench on it; what it throws is printed.
-/// @return the exit code of the program
-int benchOnDesk(int argc, char **argv, VirtualDesk::Needs needs,
-                const std::function<void()> &bench);
+/// Raises a desk, runs the bench on it and ends the program; what it throws is printed.
+[[noreturn]] void benchOnDesk(int argc, char **argv, VirtualDesk::Needs needs,
+                              const std::function<void()> &bench);

@@ -353,7 +353,7 @@ void runSpeech() {
 } // namespace
 
 int main(int argc, char **argv) {
-    return benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Sound, [] {
+    benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Sound, [] {
         runSpeech();
         runForms();
     });

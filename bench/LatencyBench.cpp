@@ -165,7 +165,7 @@ void runSound() {
 } // namespace
 
 int main(int argc, char **argv) {
-    return benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Sound, [] {
+    benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Sound, [] {
         run();
         runSound();
     });

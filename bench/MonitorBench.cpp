@@ -211,11 +211,10 @@ void run() {
 } // namespace
 
 int main(int argc, char **argv) {
-    return benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Sound | VirtualDesk::Tray,
-                       [] {
-                           // The program chooses how to draw, as it does for its users.
-                           qunsetenv("QT_XCB_GL_INTEGRATION");
-                           qunsetenv("QT_QUICK_BACKEND");
-                           run();
-                       });
+    benchOnDesk(argc, argv, VirtualDesk::Screen | VirtualDesk::Sound | VirtualDesk::Tray, [] {
+        // The program chooses how to draw, as it does for its users.
+        qunsetenv("QT_XCB_GL_INTEGRATION");
+        qunsetenv("QT_QUICK_BACKEND");
+        run();
+    });
 }

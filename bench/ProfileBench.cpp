@@ -93,7 +93,7 @@ void measureArchive() {
 } // namespace
 
 int main(int argc, char **argv) {
-    return benchOnDesk(argc, argv, VirtualDesk::Screen, [] {
+    benchOnDesk(argc, argv, VirtualDesk::Screen, [] {
         measureProfile();
         measureArchive();
     });
