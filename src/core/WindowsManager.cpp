@@ -299,6 +299,8 @@ void WindowsManager::createWebSocketWorker(AutoReplaceManager *autoReplace,
     m_subServices.push_back(std::make_unique<SubService>(m_webSocketWorker, true));
     connect(m_webSocketWorker->wsClient()->messageProcessor(), &DataMessageProcessor::userNotified,
             this, &WindowsManager::processUserNotification);
+    connect(m_webSocketWorker->webSocketServer(), &WebSocketProxyServer::notifyUser, this,
+            &WindowsManager::processUserNotification);
     AsrManager *asrManager = m_webSocketWorker->asrManager();
     connect(recognition, &RecognitionSettingsViewModel::recognitionSettingsChanged, asrManager,
             &AsrManager::applyRecognitionSettings);

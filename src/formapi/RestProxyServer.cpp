@@ -6,12 +6,17 @@
 #include "core/LoggingCategories.h"
 #include "core/settings/ClientConnectionSettings.h"
 #include "core/settings/FormApiSettings.h"
+#include "formapi/HttpTarget.h"
+#include "formapi/RequestRefusal.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QTcpSocket>
 #include <QTimer>
+
+#include <algorithm>
+#include <sys/socket.h>
+#include <utility>
 
 namespace {
 
@@ -19,10 +24,19 @@ namespace {
 constexpr int pauseMs = 1000;
 /// A connection on which nothing has come at all is given up after this.
 constexpr int silenceMs = 10000;
-/// An answer that is not taken until then is given up: others wait for this thread.
+/// So long the client has to take notice that its request is refused.
+constexpr int refusedMs = 10000;
+/// An answer that is not taken until then is given up.
 constexpr int maximumWriteMs = 7000;
+/// Others wait for this thread while an answer is taken: so long in all, and so long for a piece.
+constexpr int patientWriteMs = 1000;
+constexpr int writePauseMs = 200;
 /// Far more than a browser opens; the program needs its file handles for other things.
 constexpr int maximumConnections = 100;
+/// Requests on their way in and answers on their way out, of all connections together.
+constexpr qint64 maximumHeldBytes = 64LL * 1024 * 1024;
+/// A page is not to fill the disk.
+constexpr int maximumLoggedBytes = 64 * 1024;
 
 /// Headers that concern the connection to this server, or the form of a body that is handed on in
 /// another one.
@@ -43,12 +57,6 @@ QByteArray errorAnswer(const QByteArray &status, const QString &text, const QStr
                        const QString &warning) {
     qCWarning(restProxyLog).noquote() << warning;
     return httpAnswer(status, RestProxyServer::serializeJson(createErrorResult(text, debugText)));
-}
-
-/// To a body in chunks, which cannot be handed on.
-QByteArray lengthRequired() {
-    return errorAnswer("411 Length Required", RestProxyServer::tr("Некорректный формат запроса"),
-                       QStringLiteral("BadRequest"), QStringLiteral("A body without a length"));
 }
 
 /// A request taken apart.
@@ -84,7 +92,7 @@ Request parseRequest(const QByteArray &bytes) {
         throw Exception("The request line has no address");
     Request request;
     request.method = parts[0].trimmed();
-    request.url = parts[1].trimmed();
+    request.url = HttpTarget(parts[1].trimmed()).path;
     if (lineFeed >= 0)
         request.body = bytes.mid(parseHeaderLines(bytes, lineFeed + 1, &request.headers));
     return request;
@@ -92,7 +100,8 @@ Request parseRequest(const QByteArray &bytes) {
 
 } // namespace
 
-RestProxyServer::RestProxyServer() {
+RestProxyServer::RestProxyServer(std::chrono::milliseconds requestTime)
+    : m_requestTime(requestTime) {
     m_thread.setObjectName(QStringLiteral("RestProxy"));
     // An object is to be destroyed on its own thread, so it comes back before that thread ends.
     connect(
@@ -147,67 +156,125 @@ void RestProxyServer::incomingConnection(qintptr descriptor) {
     socket->setSocketDescriptor(descriptor, QAbstractSocket::ConnectedState, QIODevice::ReadWrite);
     connect(socket, &QTcpSocket::readyRead, this, &RestProxyServer::onReadyRead);
     connect(socket, &QTcpSocket::disconnected, this, &RestProxyServer::onDisconnected);
-    m_requests.insert(socket, HttpRequestBuffer());
-    if (m_requests.size() > maximumConnections) {
+    Connection connection;
+    connection.deadline = QDeadlineTimer(m_requestTime);
+    connection.pause = new QTimer(socket);
+    connection.pause->setSingleShot(true);
+    connect(connection.pause, &QTimer::timeout, this, [this, socket] { onPause(socket); });
+    connection.pause->start(static_cast<int>(std::min<qint64>(silenceMs, m_requestTime.count())));
+    m_connections.insert(socket, connection);
+    if (m_connections.size() > maximumConnections)
         socket->abort();
-        return;
-    }
-    auto *pause = new QTimer(socket);
-    pause->setSingleShot(true);
-    connect(pause, &QTimer::timeout, this, [this, socket] {
-        if (m_requests.value(socket).bytes().isEmpty())
-            socket->abort();
-        else
-            answer(socket);
-    });
-    pause->start(silenceMs);
 }
 
 void RestProxyServer::onReadyRead() {
     auto *socket = qobject_cast<QTcpSocket *>(sender());
-    const auto request = m_requests.find(socket);
-    if (request == m_requests.end()) {
-        socket->readAll();
+    const QByteArray piece = socket->readAll();
+    const auto connection = m_connections.find(socket);
+    if (connection == m_connections.end() || connection->isAnswered)
         return;
-    }
-    const bool wasContinueExpected = request->isContinueExpected();
-    request->append(socket->readAll());
-    if (request->isComplete()) {
+    const bool hadHead = connection->request.hasHead();
+    if (!take(socket, piece))
+        return;
+    if (connection->request.isComplete()) {
         answer(socket);
         return;
     }
-    if (request->isContinueExpected() && !wasContinueExpected)
+    if (!hadHead && connection->request.isContinueExpected())
         socket->write("HTTP/1.1 100 Continue\r\n\r\n");
-    socket->findChild<QTimer *>()->start(pauseMs);
+    connection->pause->start(
+        static_cast<int>(std::min<qint64>(pauseMs, connection->deadline.remainingTime())));
+}
+
+bool RestProxyServer::take(QTcpSocket *socket, const QByteArray &piece) {
+    const auto connection = m_connections.find(socket);
+    HttpRequestBuffer &request = connection->request;
+    const bool hadHead = request.hasHead();
+    request.append(piece);
+    std::optional<RequestRefusal> refusal;
+    if (!hadHead && request.hasHead())
+        refusal = refusalOf(request, socket->localPort());
+    if (!refusal && heldBytes() > maximumHeldBytes)
+        refusal = {"503 Service Unavailable", tr("Слишком много запросов. Повторите позже"),
+                   QStringLiteral("All requests together are longer than 64 MB")};
+    if (!refusal && !request.isComplete() && connection->deadline.hasExpired())
+        refusal = {"408 Request Timeout", tr("Запрос не получен вовремя"),
+                   QStringLiteral("The request has taken too long")};
+    if (refusal)
+        refuse(socket, *refusal);
+    return !refusal;
+}
+
+void RestProxyServer::onPause(QTcpSocket *socket) {
+    auto connection = m_connections.find(socket);
+    if (connection == m_connections.end())
+        return;
+    if (connection->isAnswered) {
+        socket->abort();
+        return;
+    }
+    // This thread may have been busy with another request: what has come meanwhile counts.
+    if (socket->waitForReadyRead(0))
+        return;
+    connection = m_connections.find(socket);
+    if (connection == m_connections.end())
+        return;
+    if (connection->request.bytes().isEmpty())
+        socket->abort();
+    else if (take(socket, connection->request.hasHead() ? "" : "\n\n"))
+        answer(socket);
 }
 
 void RestProxyServer::onDisconnected() {
     auto *socket = qobject_cast<QTcpSocket *>(sender());
-    m_requests.remove(socket);
+    m_connections.remove(socket);
     socket->close();
     socket->deleteLater();
 }
 
 void RestProxyServer::answer(QTcpSocket *socket) {
-    socket->findChild<QTimer *>()->stop();
-    const HttpRequestBuffer buffer = m_requests.take(socket);
-    const QByteArray request = readdress(buffer.bytes());
-    qCDebug(restProxyLog).noquote() << request;
+    Connection &connection = m_connections[socket];
+    connection.isAnswered = true;
+    connection.pause->stop();
+    const QByteArray request = readdress(connection.request.takeBytes());
+    qCDebug(restProxyLog).noquote() << request.left(maximumLoggedBytes);
     if (!leadsBackHere())
-        socket->write(buffer.isChunked() ? lengthRequired() : parseHeaders(request, proxyRequest));
+        socket->write(parseHeaders(request, proxyRequest));
     finish(socket);
 }
 
+void RestProxyServer::refuse(QTcpSocket *socket, const RequestRefusal &refusal) {
+    Connection &connection = m_connections[socket];
+    connection.isAnswered = true;
+    connection.request.takeBytes();
+    connection.pause->start(refusedMs);
+    socket->write(errorAnswer(refusal.status, refusal.text, refusal.debugText, refusal.debugText));
+    socket->flush();
+    // To close it while the client still sends would reset the connection, answer and all.
+    ::shutdown(static_cast<int>(socket->socketDescriptor()), SHUT_WR);
+}
+
 void RestProxyServer::finish(QTcpSocket *socket) {
-    // Before the next request takes this thread for as long as its answer takes.
-    const QDeadlineTimer limit(maximumWriteMs);
-    while (socket->bytesToWrite() > 0 && socket->state() == QAbstractSocket::ConnectedState &&
-           !limit.hasExpired() && !m_thread.isInterruptionRequested())
-        socket->waitForBytesWritten(pauseMs);
-    if (socket->bytesToWrite() > 0)
+    // The next request takes this thread for as long as its answer takes.
+    const QDeadlineTimer patience(patientWriteMs);
+    while (socket->bytesToWrite() > 0 && !patience.hasExpired() &&
+           !m_thread.isInterruptionRequested() && socket->waitForBytesWritten(writePauseMs)) {
+    }
+    const auto connection = m_connections.find(socket);
+    if (connection == m_connections.end())
+        return;
+    connection->pause->start(maximumWriteMs);
+    if (heldBytes() > maximumHeldBytes)
         socket->abort();
     else
         socket->disconnectFromHost();
+}
+
+qint64 RestProxyServer::heldBytes() const {
+    qint64 sum = 0;
+    for (auto connection = m_connections.begin(); connection != m_connections.end(); ++connection)
+        sum += connection->request.bytes().size() + connection.key()->bytesToWrite();
+    return sum;
 }
 
 QByteArray RestProxyServer::readdress(QByteArray request) {
@@ -262,7 +329,7 @@ QByteArray RestProxyServer::proxyRequest(const QByteArray &method, const QByteAr
     client.addHeaders(handedOn);
     // The form's address stands for itself.
     client.setApiPrefix(QStringLiteral("/"));
-    qCDebug(restProxyLog).noquote() << "Body:\n" << body;
+    qCDebug(restProxyLog).noquote() << "Body:\n" << body.left(maximumLoggedBytes);
     const QString path = QString::fromUtf8(url);
     const QString answer = method == "POST"
                                ? client.executeClearHttp(path, Method::Post, body, {})

@@ -4,16 +4,22 @@
 #include "formapi/HttpRequestBuffer.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QMap>
 #include <QTcpServer>
 #include <QThread>
 
+#include <chrono>
 #include <functional>
+
+class QTimer;
+struct RequestRefusal;
 
 /// Hands the HTTP requests of web forms on this machine to the recognition server of the moment,
 /// and its answers back. One request a connection, one at a time; each may take as long as a REST
-/// request may.
+/// request may. What no page of this machine's user should send is refused before anything of it is
+/// handed on.
 ///
 /// Listens on the loopback address, and only while the client is connected to a server. Lives on a
 /// thread of its own, "RestProxy"; to be made and destroyed on the main thread.
@@ -25,7 +31,8 @@ public:
     using Handler = std::function<QByteArray(const QByteArray &method, const QByteArray &url,
                                              const Headers &headers, const QByteArray &body)>;
 
-    RestProxyServer();
+    /// @param requestTime  in which a request has to be there as a whole
+    explicit RestProxyServer(std::chrono::milliseconds requestTime = std::chrono::minutes(1));
     ~RestProxyServer() override;
 
     /// Takes a request apart and calls the handler.
@@ -48,16 +55,34 @@ private slots:
     void onDisconnected();
 
 private:
+    struct Connection {
+        HttpRequestBuffer request;
+        /// When the request has to be there.
+        QDeadlineTimer deadline;
+        /// Lives with the socket.
+        QTimer *pause = nullptr;
+        /// What still comes is of no interest.
+        bool isAnswered = false;
+    };
+
     void restartServer();
+    /// Adds to a request.
+    /// @return false if it is refused, and answered so
+    bool take(QTcpSocket *socket, const QByteArray &piece);
+    /// Nothing has come for a while.
+    void onPause(QTcpSocket *socket);
     void answer(QTcpSocket *socket);
-    /// Waits until the client has taken the answer, or has had its time.
+    void refuse(QTcpSocket *socket, const RequestRefusal &refusal);
+    /// Waits until the client has taken the answer, as long as it takes some of it.
     void finish(QTcpSocket *socket);
+    /// What all connections together keep in memory.
+    qint64 heldBytes() const;
     /// The recognition server would be this server.
     static bool leadsBackHere();
     /// Puts the recognition server's address where the request names this machine.
     static QByteArray readdress(QByteArray request);
 
     QThread m_thread;
-    /// What has come so far of the requests that are not answered yet.
-    QHash<QTcpSocket *, HttpRequestBuffer> m_requests;
+    std::chrono::milliseconds m_requestTime;
+    QHash<QTcpSocket *, Connection> m_connections;
 };

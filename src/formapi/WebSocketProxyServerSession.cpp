@@ -73,12 +73,16 @@ WebSocketProxyServerSession::WebSocketProxyServerSession(QWebSocket *socket,
 }
 
 void WebSocketProxyServerSession::takeIdentity() {
-    const auto cookies =
-        socket()->request().header(QNetworkRequest::CookieHeader).value<QList<QNetworkCookie>>();
+    // One by one: Qt gives up a whole header for one cookie that is not well formed.
+    const QList<QByteArray> cookies = socket()->request().rawHeader("Cookie").split(';');
     QList<QNetworkCookie> identity;
-    for (const QNetworkCookie &cookie : cookies) {
-        const QByteArray name = cookie.name().toUpper();
-        const QString value = QString::fromUtf8(cookie.value());
+    for (const QByteArray &cookie : cookies) {
+        const int sign = cookie.indexOf('=');
+        if (sign < 0)
+            continue;
+        const QByteArray name = cookie.left(sign).trimmed().toUpper();
+        const QByteArray bytes = cookie.mid(sign + 1).trimmed();
+        const QString value = QString::fromUtf8(bytes);
         if (name == "MIS_TYPE")
             m_misInfo.setTypeId(value);
         else if (name == "MIS_VERSION")
@@ -87,7 +91,7 @@ void WebSocketProxyServerSession::takeIdentity() {
             m_misInfo.setUser(value);
         else
             continue;
-        identity.append(QNetworkCookie(name, cookie.value()));
+        identity.append(QNetworkCookie(name, bytes));
     }
     m_client->getCookiesSource()->setAdditionalCookies(identity);
 }

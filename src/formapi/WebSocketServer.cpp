@@ -4,6 +4,7 @@
 
 #include <QDebug>
 #include <QWebSocket>
+#include <QWebSocketCorsAuthenticator>
 #include <QWebSocketServer>
 
 #include <utility>
@@ -14,6 +15,10 @@ WebSocketServer::WebSocketServer(QObject *parent)
                                     this)) {
     connect(m_server, &QWebSocketServer::closed, this, &WebSocketServer::closed);
     connect(m_server, &QWebSocketServer::newConnection, this, &WebSocketServer::newConnection);
+    connect(m_server, &QWebSocketServer::originAuthenticationRequired, this,
+            [this](QWebSocketCorsAuthenticator *authenticator) {
+                authenticator->setAllowed(admits(authenticator->origin()));
+            });
     connect(this, &WebSocketServer::start, this, &WebSocketServer::onStart);
     connect(this, &WebSocketServer::stop, this, &WebSocketServer::onStop);
 }

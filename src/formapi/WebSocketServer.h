@@ -35,6 +35,9 @@ protected slots:
     virtual void sessionDisconnected();
 
 protected:
+    /// @param origin  of the page that would connect; empty for a program
+    /// @return false to answer with 403
+    virtual bool admits(const QString & /*origin*/) { return true; }
     /// The socket of the next client, the caller's to keep; null if there is none.
     QWebSocket *nextSocket();
     /// @param code  tells the clients whether it is worth to connect again

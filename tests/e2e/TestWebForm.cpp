@@ -41,6 +41,7 @@ private slots:
     void outlivesTheServer();
     void isReloadedManyTimes();
     void isThereForThisMachineOnly();
+    void isThereForNamedPagesOnly();
 
 private:
     QString state() { return m_browser->eval("document.getElementById('state').textContent"); }
@@ -180,6 +181,32 @@ void TestWebForm::isThereForThisMachineOnly() {
         QVERIFY(here.waitForConnected());
         QVERIFY(!other.reaches(port));
     }
+}
+
+void TestWebForm::isThereForNamedPagesOnly() {
+    QVERIFY2(m_program->log().contains("Notification: Подключилась веб-страница file://"),
+             "the page from the file has been announced");
+    QTcpServer pages;
+    QVERIFY(pages.listen(QHostAddress::LocalHost));
+    connect(&pages, &QTcpServer::newConnection, &pages, [&pages] {
+        QTcpSocket *socket = pages.nextPendingConnection();
+        socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<p>form</p>");
+        socket->disconnectFromHost();
+    });
+    const QString origin = "http://%1:" + QString::number(pages.serverPort());
+    FormApiSettings settings;
+    settings.AllowedOrigins = "https://his.clinic.example, " + origin.arg("localhost");
+    settings.sync();
+    const QString address = "ws://127.0.0.1:" + QString::number(settings.Port);
+    for (const char *host : {"127.0.0.1", "localhost"}) {
+        m_browser->open(origin.arg(host));
+        m_browser->eval("window.form = new WebSocket('" + address + "')");
+        const QString expected = qstrcmp(host, "localhost") == 0 ? "1" : "3";
+        QTRY_COMPARE(m_browser->eval("window.form.readyState"), expected);
+    }
+    const QString log = m_program->log();
+    QVERIFY(log.contains("it: " + origin.arg("127.0.0.1")));
+    QVERIFY(log.contains("Notification: Подключилась веб-страница " + origin.arg("localhost")));
 }
 
 DESK_TEST_MAIN(TestWebForm, VirtualDesk::Screen | VirtualDesk::Sound)

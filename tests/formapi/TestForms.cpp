@@ -4,6 +4,8 @@
 #include "connection/ConnectionHeartbeat.h"
 #include "connection/WebSocketClient.h"
 #include "connection/messages/MessageType.h"
+#include "connection/messages/UserNotification.h"
+#include "core/settings/FormApiSettings.h"
 #include "core/settings/LaunchSettings.h"
 #include "formapi/WebSocketProxyServer.h"
 #include "recognition/AsrManager.h"
@@ -26,6 +28,19 @@ QJsonValue json(const QByteArray &text) {
 QByteArray compact(const QJsonValue &value) {
     const QByteArray text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return text.mid(1, text.size() - 2);
+}
+
+/// Opens a connection byte by byte, as no browser would.
+/// @param lines  further header lines, each with its end
+std::unique_ptr<QTcpSocket> openRaw(const WebSocketProxyServer &server,
+                                    const QByteArray &lines = {}) {
+    auto socket = std::make_unique<QTcpSocket>();
+    socket->connectToHost("127.0.0.1", server.port());
+    socket->write("GET / HTTP/1.1\r\nHost: localhost\r\nUpgrade: websocket\r\n"
+                  "Connection: Upgrade\r\nSec-WebSocket-Key: MDEyMzQ1Njc4OWFiY2RlZg==\r\n"
+                  "Sec-WebSocket-Version: 13\r\n" +
+                  lines + "\r\n");
+    return socket;
 }
 
 /// A web form's end of the connection.
@@ -73,6 +88,10 @@ class TestForms : public QObject {
 private slots:
     void init();
     void cleanup();
+    void admitsPages_data();
+    void admitsPages();
+    void takesTheIdentity_data();
+    void takesTheIdentity();
     void passesOnToTheServer_data();
     void passesOnToTheServer();
     void passesOnToTheForm_data();
@@ -99,6 +118,7 @@ void TestForms::init() {
     m_stand = std::make_unique<Stand>();
     // A loss of the last server of a list would end what the form began.
     m_stand->offerServers(2);
+    FormApiSettings().remove("AllowedOrigins");
     m_client = std::make_unique<ClientHarness>(*m_stand);
     m_client->manager()->setReconnectDelay(0);
     QVERIFY(m_client->open());
@@ -121,6 +141,83 @@ QList<int> TestForms::formMessages() {
     return types;
 }
 
+void TestForms::admitsPages_data() {
+    columns<QByteArray, QString, bool, QString>("origin", "list", "isAdmitted", "named");
+    const QString list =
+        "https://his.clinic.example, http://his.clinic.lan:8080/ ,https://больница.рф";
+    const auto of = [](const char *name, const QByteArray &origin, const QString &allowed,
+                       bool isAdmitted, const QString &named = {}) {
+        QTest::newRow(name) << origin << allowed << isAdmitted
+                            << (named.isEmpty() && isAdmitted ? QString(origin) : named);
+    };
+    of("any page", "https://other.example", "", true);
+    of("any page, with an empty list", "https://other.example", " ", true);
+    of("a page from a file", "null", "", true);
+    of("a program", "", list, true);
+    of("the first of the list", "https://his.clinic.example", list, true);
+    of("its port in words", "https://his.clinic.example:443", list, true);
+    of("its name in capitals", "HTTPS://HIS.Clinic.Example", list, true);
+    of("another of the list", "http://his.clinic.lan:8080", list, true);
+    of("a name that is not Latin", "https://xn--80abvlke3d3b.xn--p1ai", list, true);
+    of("without its scheme", "http://his.clinic.example", list, false);
+    of("without its port", "http://his.clinic.lan", list, false);
+    of("a name that begins well", "https://his.clinic.example.other.example", list, false);
+    of("a name that ends well", "https://nothis.clinic.example", list, false);
+    of("no origin is another", "null", list, false);
+    of("not even one of the list", "null", "null", false);
+    of("a file", "file://", list, false);
+    of("a list of no origins", "https://his.clinic.example", "his.clinic.example", false);
+    of("a text that would be markup", "<b>" + QByteArray(200, 'x') + "\xFF</b>", "", true,
+       "..." + QString(95, 'x') + "?" + "?/b?");
+}
+
+void TestForms::admitsPages() {
+    QFETCH(QByteArray, origin);
+    QFETCH(QString, list);
+    QFETCH(bool, isAdmitted);
+    FormApiSettings().setValue("AllowedOrigins", list.split(','));
+    Form current(server());
+    QSignalSpy announced(&server(), &WebSocketProxyServer::notifyUser);
+    for (int i = 0; i < 2; ++i) {
+        const auto page =
+            openRaw(server(), origin.isEmpty() ? QByteArray() : "Origin: " + origin + "\r\n");
+        QTRY_VERIFY_WITH_TIMEOUT(page->canReadLine(), patienceMs);
+        QCOMPARE(page->readLine().mid(9, 3), QByteArray(isAdmitted ? "101" : "403"));
+        if (isAdmitted)
+            QTRY_VERIFY(!current.isOpen());
+        else
+            QVERIFY(current.isOpen());
+    }
+    QFETCH(QString, named);
+    QCOMPARE(announced.size(), named.isEmpty() ? 0 : 1);
+    if (named.isEmpty())
+        return;
+    const auto notice = announced[0][0].value<UserNotification>();
+    QVERIFY2(notice.message().endsWith(' ' + named), qPrintable(notice.message()));
+    QVERIFY(notice.force());
+}
+
+void TestForms::takesTheIdentity_data() {
+    columns<QByteArray, QByteArray>("cookies", "identity");
+    const QByteArray known = R"({"TypeId":"m1","User":"u1","Version":"7"})";
+    row("in any case", QByteArray("mis_type=m1;MIS_VERSION=7; Mis_User=u1"), known);
+    row("beside one without a value", QByteArray("odd; MIS_TYPE=m1; MIS_VERSION=7; MIS_USER=u1"),
+        known);
+    row("beside one without a name", QByteArray("MIS_TYPE=m1; =x; MIS_VERSION=7; MIS_USER=u1"),
+        known);
+    row("beside one with blanks", QByteArray("MIS_TYPE=m1; MIS_VERSION=7; MIS_USER=u1; q=\"x y\""),
+        known);
+    row("beside nothing", QByteArray(";; MIS_TYPE=m1; ; MIS_VERSION=7; MIS_USER=u1;"), known);
+    row("of several words", QByteArray("MIS_USER=\"x y\"; MIS_VERSION=a=b; MIS_TYPE"),
+        QByteArray(R"({"TypeId":"","User":"\"x y\"","Version":"a=b"})"));
+}
+
+void TestForms::takesTheIdentity() {
+    QFETCH(QByteArray, cookies);
+    const Form form(server(), cookies);
+    QTEST(compact(waitForMessage(115)["data"]), "identity");
+}
+
 void TestForms::passesOnToTheServer_data() {
     columns<int, QByteArray, int>("code", "data", "type");
     QTest::newRow("anything") << 3 << QByteArray(R"({"a":[1,null,"я"]})") << 103;
@@ -137,9 +234,8 @@ void TestForms::passesOnToTheServer() {
     QFETCH(int, code);
     QFETCH(QByteArray, data);
     QFETCH(int, type);
-    Form form(server(), "mis_type=m1; other=x; MIS_USER=u1");
-    const QJsonObject connected = waitForMessage(115);
-    QCOMPARE(compact(connected["data"]), QByteArray(R"({"TypeId":"m1","User":"u1","Version":""})"));
+    Form form(server());
+    QVERIFY(!waitForMessage(115).isEmpty());
     form.send(code, json(data));
     form.send(1);
     if (type != 0)
@@ -279,12 +375,8 @@ void TestForms::survivesBadClients() {
     QVERIFY(m_client->asr()->isConnected());
 
     // A form that does not read, and a server that has much to say.
-    QTcpSocket deaf;
-    deaf.setReadBufferSize(1);
-    deaf.connectToHost("127.0.0.1", server().port());
-    deaf.write("GET / HTTP/1.1\r\nHost: localhost\r\nUpgrade: websocket\r\n"
-               "Connection: Upgrade\r\nSec-WebSocket-Key: MDEyMzQ1Njc4OWFiY2RlZg==\r\n"
-               "Sec-WebSocket-Version: 13\r\n\r\n");
+    const auto deaf = openRaw(server());
+    deaf->setReadBufferSize(1);
     QTRY_VERIFY(!last.isOpen());
     QVERIFY(server().currentSession());
     const QJsonObject much{
