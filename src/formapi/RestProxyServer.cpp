@@ -14,9 +14,7 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-#include <algorithm>
 #include <sys/socket.h>
-#include <utility>
 
 namespace {
 
@@ -161,7 +159,7 @@ void RestProxyServer::incomingConnection(qintptr descriptor) {
     connection.pause = new QTimer(socket);
     connection.pause->setSingleShot(true);
     connect(connection.pause, &QTimer::timeout, this, [this, socket] { onPause(socket); });
-    connection.pause->start(static_cast<int>(std::min<qint64>(silenceMs, m_requestTime.count())));
+    connection.pause->start(silenceMs);
     m_connections.insert(socket, connection);
     if (m_connections.size() > maximumConnections)
         socket->abort();
@@ -182,8 +180,7 @@ void RestProxyServer::onReadyRead() {
     }
     if (!hadHead && connection->request.isContinueExpected())
         socket->write("HTTP/1.1 100 Continue\r\n\r\n");
-    connection->pause->start(
-        static_cast<int>(std::min<qint64>(pauseMs, connection->deadline.remainingTime())));
+    connection->pause->start(pauseMs);
 }
 
 bool RestProxyServer::take(QTcpSocket *socket, const QByteArray &piece) {

@@ -57,7 +57,7 @@ private slots:
 private:
     struct Connection {
         HttpRequestBuffer request;
-        /// When the request has to be there.
+        /// When the request has to be there; looked at with each piece of it.
         QDeadlineTimer deadline;
         /// Lives with the socket.
         QTimer *pause = nullptr;

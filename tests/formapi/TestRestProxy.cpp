@@ -396,11 +396,12 @@ void TestRestProxy::doesNotWaitForTheSlow() {
     m_proxy.reset();
     startProxy(std::chrono::seconds(8));
     m_server->answer =
-        "HTTP/1.1 200 OK\r\nContent-Length: 16777216\r\n\r\n" + QByteArray(16 << 20, 'x');
+        "HTTP/1.1 200 OK\r\nContent-Length: 6291456\r\n\r\n" + QByteArray(6 << 20, 'x');
     const QByteArray get = "GET /a HTTP/1.1\r\nHost: localhost\r\n\r\n";
     const auto deaf = send(QByteArray());
     deaf->setReadBufferSize(1);
     QVERIFY(deaf->waitForConnected());
+    deaf->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, 4096);
     deaf->write(get);
     const auto slow = send("GET /a HTTP/1.1\r\nHost: localhost\r\nX: ");
     QTimer byteByByte;
