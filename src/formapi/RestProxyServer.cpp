@@ -18,9 +18,9 @@
 
 namespace {
 
-/// After so long without another piece what has come of a request is taken for all of it.
+/// After so long without another piece what has come of the header lines is taken for all of them.
 constexpr int pauseMs = 1000;
-/// A connection on which nothing has come at all is given up after this.
+/// A client that says nothing at all, or nothing more of its body, is given up after this.
 constexpr int silenceMs = 10000;
 /// So long the client has to take notice that its request is refused.
 constexpr int refusedMs = 10000;
@@ -55,6 +55,11 @@ QByteArray errorAnswer(const QByteArray &status, const QString &text, const QStr
                        const QString &warning) {
     qCWarning(restProxyLog).noquote() << warning;
     return httpAnswer(status, RestProxyServer::serializeJson(createErrorResult(text, debugText)));
+}
+
+RequestRefusal tooSlow() {
+    return {"408 Request Timeout", RestProxyServer::tr("Запрос не получен вовремя"),
+            QStringLiteral("The request has not come in time")};
 }
 
 /// A request taken apart.
@@ -180,7 +185,7 @@ void RestProxyServer::onReadyRead() {
     }
     if (!hadHead && connection->request.isContinueExpected())
         socket->write("HTTP/1.1 100 Continue\r\n\r\n");
-    connection->pause->start(pauseMs);
+    connection->pause->start(connection->request.hasHead() ? silenceMs : pauseMs);
 }
 
 bool RestProxyServer::take(QTcpSocket *socket, const QByteArray &piece) {
@@ -195,8 +200,7 @@ bool RestProxyServer::take(QTcpSocket *socket, const QByteArray &piece) {
         refusal = {"503 Service Unavailable", tr("Слишком много запросов. Повторите позже"),
                    QStringLiteral("All requests together are longer than 64 MB")};
     if (!refusal && !request.isComplete() && connection->deadline.hasExpired())
-        refusal = {"408 Request Timeout", tr("Запрос не получен вовремя"),
-                   QStringLiteral("The request has taken too long")};
+        refusal = tooSlow();
     if (refusal)
         refuse(socket, *refusal);
     return !refusal;
@@ -216,10 +220,14 @@ void RestProxyServer::onPause(QTcpSocket *socket) {
     connection = m_connections.find(socket);
     if (connection == m_connections.end())
         return;
-    if (connection->request.bytes().isEmpty())
+    if (connection->request.bytes().isEmpty()) {
         socket->abort();
-    else if (take(socket, connection->request.hasHead() ? "" : "\n\n"))
-        answer(socket);
+    } else if (take(socket, connection->request.hasHead() ? "" : "\n\n")) {
+        if (connection->request.isComplete())
+            answer(socket);
+        else
+            refuse(socket, tooSlow());
+    }
 }
 
 void RestProxyServer::onDisconnected() {
