@@ -168,7 +168,7 @@ void TestRestProxy::handsOnRequests_data() {
                            << QByteArray("Host: 127.0.0.2:") << QByteArray();
     QTest::newRow("a POST, its body as it is")
         << "POST /api/Claim HTTP/1.1\r\nHost: localhost\r\nCookie: c=1\r\nContent-Length: "
-           "13\r\n\r\n" +
+           "12\r\n\r\n" +
                json
         << QByteArray("POST /api/Claim HTTP/1.1") << QByteArray("Cookie: c=1") << json;
     QTest::newRow("lines that end in line feeds only")
