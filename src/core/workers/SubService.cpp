@@ -13,6 +13,7 @@ SubService::SubService(BaseWorker *worker, bool autoStart)
     connect(this, &SubService::runService, m_worker.get(), &BaseWorker::run, Qt::QueuedConnection);
     connect(this, &SubService::stopService, m_worker.get(), &BaseWorker::onStopWorker,
             Qt::QueuedConnection);
+    connect(m_thread.get(), &QThread::finished, this, &SubService::runWorker, Qt::QueuedConnection);
 }
 
 SubService::~SubService() {
@@ -31,10 +32,18 @@ void SubService::Start() {
         Stop();
     qDebug().noquote() << "Start begin:" << m_worker->workerName();
     m_cancellation = std::make_shared<CancellationCondition>();
+    m_isRunning = true;
+    runWorker();
+    qDebug().noquote() << "Start end:" << m_worker->workerName();
+}
+
+void SubService::runWorker() {
+    const QMutexLocker locker(&m_mutex);
+    // A thread that an earlier stop has given up on ends with its worker; it is then begun anew.
+    if (!m_isRunning || m_thread->isRunning())
+        return;
     m_thread->start(QThread::InheritPriority);
     emit runService(m_cancellation);
-    m_isRunning = true;
-    qDebug().noquote() << "Start end:" << m_worker->workerName();
 }
 
 void SubService::Stop() {

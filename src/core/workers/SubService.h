@@ -26,7 +26,8 @@ public:
     bool autoStart() const { return m_autoStart; }
 
 public slots:
-    /// Starts the worker, after a whole Stop if it runs.
+    /// Starts the worker, after a whole Stop if it runs. One that outlasted its stop comes to its
+    /// end first; nobody waits for that.
     void Start();
     void Stop();
 
@@ -35,6 +36,8 @@ signals:
     void stopService(CancellationPointer cancellation);
 
 private:
+    /// Begins the worker's life, unless the thread still has one to end.
+    void runWorker();
     void waitForWorker();
 
     /// Each of the two waits of Stop, and how often the first looks, milliseconds.
