@@ -93,8 +93,9 @@ ServerListDTO ServerStatusStorage::usableCachedList() {
 }
 
 QList<ServerInfoDTO> ServerStatusStorage::GetServers(bool *fromBalancer) {
-    const QMutexLocker locker(&m_mutex);
+    QMutexLocker locker(&m_mutex);
     ServerListDTO list = GetServersFromBalancer();
+    locker.unlock();
     // A balancer that cannot be reached has said nothing: a dictation that goes on with the next
     // server would end at it.
     if (list.isValid())

@@ -36,7 +36,6 @@ void AsrManager::sendValue(int messageType, const QJsonValue &value) {
 }
 
 void AsrManager::startRecognitionMode(std::optional<RecognitionMode> mode, bool remember) {
-    const QMutexLocker locker(&m_stateMutex);
     const RecognitionMode current = m_targetModeInfo.mode().value_or(RecognitionMode::Off);
     const RecognitionMode requested = mode.value_or(RecognitionMode::Text);
     // The user hears the end of dictation at once, without waiting for the server.
@@ -58,13 +57,13 @@ void AsrManager::endStopping() {
 }
 
 void AsrManager::startRecognition() {
-    const QMutexLocker locker(&m_stateMutex);
     if (isConnected()) {
         startRecognitionMode(std::nullopt, true);
-    } else {
-        QString error = m_lastError;
-        emit errorNotification(error);
+        return;
     }
+    // Most states tell no reason, and before the first attempt there is no state.
+    QString error = m_lastError.isEmpty() ? tr("Не удалось подключиться к серверу") : m_lastError;
+    emit errorNotification(error);
 }
 
 void AsrManager::startUninteractiveMode() {
@@ -77,7 +76,6 @@ void AsrManager::stopRecognition() {
 }
 
 void AsrManager::changeRecognition() {
-    const QMutexLocker locker(&m_stateMutex);
     const auto mode = m_targetModeInfo.mode();
     if (mode && *mode >= RecognitionMode::Text)
         stopRecognition();
@@ -86,20 +84,26 @@ void AsrManager::changeRecognition() {
 }
 
 void AsrManager::updateModeStateInfo(const RecognitionModeInfo &modeInfo) {
-    const QMutexLocker locker(&m_stateMutex);
     const RecognitionMode mode = modeInfo.mode();
     const AsrState state = modeInfo.state();
-    const auto known = m_modeStates.find(mode);
-    if (known == m_modeStates.end() || *known == state)
+    if (!storeModeState(mode, state))
         return;
     qInfo().noquote().nospace()
         << "Mode changed: "
         << QJsonDocument(modeInfo.toJson().toObject()).toJson(QJsonDocument::Compact);
-    *known = state;
     emit currentModeOrStateChanged(mode, state);
     // After the signal, whose receivers compare with the mode that was started before.
     if (state == AsrState::Started)
         m_lastStartedMode = mode;
+}
+
+bool AsrManager::storeModeState(RecognitionMode mode, AsrState state) {
+    const QMutexLocker locker(&m_stateMutex);
+    const auto known = m_modeStates.find(mode);
+    if (known == m_modeStates.end() || *known == state)
+        return false;
+    *known = state;
+    return true;
 }
 
 void AsrManager::resetModes() {
@@ -222,25 +226,29 @@ void AsrManager::publishTargetState(AsrState state, const QString &info) {
     updateModeStateInfo(RecognitionModeInfo(mode, state, info));
 }
 
+void AsrManager::setConnected(const ConnectionStateInfo &stateInfo) {
+    const QMutexLocker locker(&m_stateMutex);
+    m_connected = m_isOpening = stateInfo.is(ConnectionState::Ready);
+    if (m_connected)
+        m_connectionNumber = stateInfo.connectionNumber();
+}
+
 void AsrManager::openConnection() {
-    m_lastError.clear();
-    m_connected = true;
     if (!isConnected())
         return;
-    m_isOpening = true;
+    m_lastError.clear();
     applyRecognitionSettings();
     applySelectedTheme(false);
     emit connected();
     startTargetMode();
+    const QMutexLocker locker(&m_stateMutex);
     m_isOpening = false;
 }
 
 void AsrManager::connectionStateChanged(const ConnectionStateInfo &stateInfo) {
-    const QMutexLocker locker(&m_stateMutex);
-    m_connected = false;
+    setConnected(stateInfo);
     endStopping();
     if (stateInfo.is(ConnectionState::Ready)) {
-        m_connectionNumber = stateInfo.connectionNumber();
         openConnection();
         return;
     }
@@ -251,6 +259,5 @@ void AsrManager::connectionStateChanged(const ConnectionStateInfo &stateInfo) {
     } else if (stateInfo.is(ConnectionState::Failed)) {
         publishTargetState(AsrState::Stopped, QStringLiteral("On disconnected"));
     }
-    m_lastError = stateInfo.message().isEmpty() ? tr("Не удалось подключиться к серверу")
-                                                : stateInfo.message();
+    m_lastError = stateInfo.message();
 }

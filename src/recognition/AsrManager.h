@@ -84,21 +84,26 @@ signals:
     void errorNotification(QString &error);
 
 private:
+    void setConnected(const ConnectionStateInfo &stateInfo);
     void openConnection();
     void startTargetForm(const std::optional<FormMetadata> &form,
                          const std::optional<QString> &element);
     /// No server is left that would report the end of what was being stopped.
     void endStopping();
+    /// @return whether it is news
+    bool storeModeState(RecognitionMode mode, AsrState state);
     void publishTargetState(AsrState state, const QString &info = QString());
     void send(int messageType, const JsonConvertable &record);
     void sendValue(int messageType, const QJsonValue &value);
 
     WebSocketClient *m_client;
+    // This thread alone writes what m_stateMutex guards, and emits nothing while it holds it: a
+    // receiver may take its time, and a block of sound asks for the state.
     bool m_connected = false;
     /// The connection that m_connected is about.
     int m_connectionNumber = 0;
     bool m_isOpening = false;
-    // m_stateMutex is taken before m_themesMutex and before the mutex of the target mode.
+    // m_stateMutex is taken before the mutex of the target mode.
     mutable QRecursiveMutex m_stateMutex;
     mutable QRecursiveMutex m_themesMutex;
     QMap<RecognitionMode, AsrState> m_modeStates;

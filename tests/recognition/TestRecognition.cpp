@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QSignalSpy>
 
+#include <future>
+
 namespace {
 
 using Modes = std::optional<RecognitionMode>;
@@ -41,6 +43,7 @@ private slots:
     void asksForModes_data();
     void asksForModes();
     void refusesToStartWithoutAConnection();
+    void keepsNobodyWaitingForItsReceivers();
 };
 
 void TestRecognition::init() {
@@ -206,6 +209,7 @@ void TestRecognition::refusesToStartWithoutAConnection() {
     connect(&manager, &AsrManager::errorNotification, this,
             [&errors](const QString &error) { errors << error; });
     QSignalSpy sent(&client, &WebSocketConnection::sendText);
+    manager.changeRecognition(); // nothing has been tried yet
     ConnectionStateInfo info;
     info.setState(static_cast<int>(ConnectionState::Failed));
     manager.connectionStateChanged(info);
@@ -213,11 +217,40 @@ void TestRecognition::refusesToStartWithoutAConnection() {
     info.setMessage("Не удалось получить список серверов");
     manager.connectionStateChanged(info);
     manager.startRecognition();
-    QCOMPARE(errors, QStringList({"Не удалось подключиться к серверу",
-                                  "Не удалось получить список серверов"}));
+    const QString usual = "Не удалось подключиться к серверу";
+    QCOMPARE(errors, QStringList({usual, usual, "Не удалось получить список серверов"}));
     QVERIFY(!manager.getTargetModeInfo()->mode());
     manager.stopRecognition();
     QCOMPARE(sent.count(), 0);
+}
+
+void TestRecognition::keepsNobodyWaitingForItsReceivers() {
+    WebSocketClient client(nullptr);
+    AsrManager manager(&client);
+    std::vector<std::future<AsrState>> blocksOfSound;
+    QStringList late;
+    const auto receive = [&](const char *signal) {
+        if (!late.isEmpty())
+            return;
+        blocksOfSound.push_back(
+            std::async(std::launch::async, [&] { return manager.currentState(); }));
+        if (blocksOfSound.back().wait_for(std::chrono::milliseconds(patienceMs)) !=
+            std::future_status::ready)
+            late << signal;
+    };
+    connect(&manager, &AsrManager::currentModeOrStateChanged, this, [&] { receive("mode"); });
+    connect(&manager, &AsrManager::errorNotification, this, [&] { receive("error"); });
+    connect(&manager, &AsrManager::connected, this, [&] { receive("connected"); });
+    connect(&manager, &AsrManager::connectionLost, this, [&] { receive("lost"); });
+    manager.startRecognition();
+    for (const ConnectionState state : {ConnectionState::Ready, ConnectionState::Disconnected}) {
+        ConnectionStateInfo info;
+        info.setState(static_cast<int>(state));
+        manager.connectionStateChanged(info);
+        manager.stopRecognition();
+    }
+    QCOMPARE(late, QStringList());
+    QVERIFY(blocksOfSound.size() >= 4);
 }
 
 DESK_CORE_TEST_MAIN(TestRecognition)
