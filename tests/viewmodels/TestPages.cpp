@@ -289,8 +289,12 @@ void TestPages::voiceIsChosen() {
     QTEST(page.property("SelectedVoiceIndex").toInt(), "index");
     QCOMPARE(page.property("ErrorMessage").toString(),
              QString(state == 1 ? "Ошибка инициализации TTS" : ""));
+    QCOMPARE(page.property("IsTtsEnabled").toBool(), state == 0);
     QVERIFY(page.applyCommand());
+    QVERIFY2(TTSSettings().IsTtsEnabled, "the server's trouble is no wish of the user's");
     QTEST(TTSSettings().Voice.get(), "stored");
+    page.OnTtsStateChanged(ttsState(0, voices));
+    QVERIFY(page.property("IsTtsEnabled").toBool());
 }
 
 void TestPages::themesAreOffered_data() {

@@ -10,8 +10,7 @@ SynthesisSettingsViewModel::SynthesisSettingsViewModel(QObject *parent)
 void SynthesisSettingsViewModel::Load() {
     AppSettingsViewModel::Load();
     const TTSSettings settings;
-    storeProperty(this, &m_isTtsEnabled, settings.IsTtsEnabled.get(),
-                  &SynthesisSettingsViewModel::changed_IsTtsEnabled);
+    enableTts(settings.IsTtsEnabled, true);
     storeProperty(this, &m_ttsSpeed, settings.Speed.get(),
                   &SynthesisSettingsViewModel::changed_TTSSpeed);
     if (m_ttsManager)
@@ -30,12 +29,20 @@ void SynthesisSettingsViewModel::OnTtsStateChanged(const TtsStateInfo &state) {
     if (state.state() == 0) {
         storeProperty(this, &m_errorMessage, QString(),
                       &SynthesisSettingsViewModel::changed_ErrorMessage);
+        enableTts(m_isTtsEnabled, true);
     } else if (state.state() == 1) {
         storeProperty(this, &m_errorMessage, tr("Ошибка инициализации TTS"),
                       &SynthesisSettingsViewModel::changed_ErrorMessage);
-        storeProperty(this, &m_isTtsEnabled, false,
-                      &SynthesisSettingsViewModel::changed_IsTtsEnabled);
+        enableTts(m_isTtsEnabled, false);
     }
+}
+
+void SynthesisSettingsViewModel::enableTts(bool isWanted, bool isAvailable) {
+    const bool before = get_IsTtsEnabled();
+    m_isTtsEnabled = isWanted;
+    m_isTtsAvailable = isAvailable;
+    if (get_IsTtsEnabled() != before)
+        emit changed_IsTtsEnabled(!before);
 }
 
 void SynthesisSettingsViewModel::offerVoices(const QStringList &voices, int selected) {

@@ -15,7 +15,9 @@ class SynthesisSettingsViewModel : public AppSettingsViewModel {
     Q_PROPERTY(int SelectedVoiceIndex MEMBER m_selectedVoiceIndex NOTIFY changed_SelectedVoiceIndex)
     /// 1.0 is the voice's own rate.
     Q_PROPERTY(double TTSSpeed MEMBER m_ttsSpeed NOTIFY changed_TTSSpeed)
-    Q_PROPERTY(bool IsTtsEnabled MEMBER m_isTtsEnabled NOTIFY changed_IsTtsEnabled)
+    /// The user wants speech, and the server can speak.
+    Q_PROPERTY(
+        bool IsTtsEnabled READ get_IsTtsEnabled WRITE set_IsTtsEnabled NOTIFY changed_IsTtsEnabled)
     Q_PROPERTY(QString ErrorMessage MEMBER m_errorMessage NOTIFY changed_ErrorMessage)
 
 public:
@@ -29,6 +31,9 @@ public:
     void Apply() override;
 
     QStringList get_Voices() const { return m_voices; }
+    bool get_IsTtsEnabled() const { return m_isTtsEnabled && m_isTtsAvailable; }
+    /// Changes the user's wish.
+    void set_IsTtsEnabled(bool v) { enableTts(v, m_isTtsAvailable); }
 
 public slots:
     void OnTtsStateChanged(const TtsStateInfo &state);
@@ -42,12 +47,15 @@ signals:
     void ttsSettingsChanged();
 
 private:
+    void enableTts(bool isWanted, bool isAvailable);
     void offerVoices(const QStringList &voices, int selected);
 
     TtsManager *m_ttsManager = nullptr;
     QStringList m_voices;
     int m_selectedVoiceIndex = -1;
     double m_ttsSpeed = 1.0;
+    /// The user's own setting; what stands in the server's way is not stored.
     bool m_isTtsEnabled = false;
+    bool m_isTtsAvailable = true;
     QString m_errorMessage;
 };
