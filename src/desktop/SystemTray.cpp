@@ -8,9 +8,9 @@
 #include <QFile>
 #include <QIcon>
 #include <QMenu>
-#include <QTimer>
 
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -21,6 +21,9 @@ SystemTray::SystemTray(QObject *parent)
     m_trayIcon->setContextMenu(m_menu.get());
     m_trayIcon->setIcon(QIcon(m_warningIconPath));
     m_trayIcon->setToolTip(m_appName);
+    m_delay.setInterval(1000ms);
+    m_delay.setSingleShot(true);
+    connect(&m_delay, &QTimer::timeout, this, &SystemTray::DelayShow);
     DelayShow();
 }
 
@@ -33,10 +36,12 @@ SystemTray::~SystemTray() {
 void SystemTray::DelayShow() {
     if (QSystemTrayIcon::isSystemTrayAvailable()) {
         m_trayIcon->setVisible(true);
+        // The tray takes the icon in its own time, and a message points at it.
+        QTimer::singleShot(1000ms, this, &SystemTray::showKeptFailure);
         return;
     }
     qDebug() << "System tray Unavaliable, wait...";
-    QTimer::singleShot(1000ms, this, &SystemTray::DelayShow);
+    m_delay.start();
 }
 
 void SystemTray::CreateMenu() {
@@ -116,6 +121,7 @@ void SystemTray::onConnectionStateChanged(const ConnectionStateInfo &stateInfo) 
             tr("%1\nСервер %2\nБалансер %3")
                 .arg(m_appName, stateInfo.serverHost(), stateInfo.balancerHost()));
         m_errorShown = false;
+        m_keptFailure.clear();
     } else if (isApart) {
         m_trayIcon->setToolTip(
             tr("%1\nОтключен от сервера\nБалансер %2").arg(m_appName, stateInfo.balancerHost()));
@@ -136,6 +142,16 @@ void SystemTray::showConnectEntry(bool isVisible) {
 void SystemTray::showFailure(const QString &message) {
     if (m_errorShown)
         return;
+    if (!QSystemTrayIcon::isSystemTrayAvailable()) {
+        m_keptFailure = message;
+        m_delay.start();
+        return;
+    }
     showMessage(QString(), message, QSystemTrayIcon::Critical);
     m_errorShown = true;
+}
+
+void SystemTray::showKeptFailure() {
+    if (!m_keptFailure.isEmpty())
+        showFailure(std::exchange(m_keptFailure, QString()));
 }

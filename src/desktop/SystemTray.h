@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 #include <QSystemTrayIcon>
+#include <QTimer>
 
 #include <memory>
 
@@ -33,7 +34,8 @@ public slots:
     void showError(QString &error);
     void onConnectionStateChanged(const ConnectionStateInfo &stateInfo);
     void onRecognitionParametersChanged(bool canEditAvocado);
-    /// Shows the icon, or tries again each second until the session has a tray.
+    /// Shows the icon, and the failure that was kept; or tries again each second until the session
+    /// has a tray.
     void DelayShow();
 
 signals:
@@ -55,6 +57,7 @@ private:
     void addOtherEntries();
     void showConnectEntry(bool isVisible);
     void showFailure(const QString &message);
+    void showKeptFailure();
 
     const int m_messageDuration = 4000; ///< milliseconds
     const QString m_menuStyleSheet = QStringLiteral(":/qss/menuStyle.qss");
@@ -75,4 +78,7 @@ private:
     QAction *m_manualAction = nullptr;   ///< null unless the manual is there
     /// The failure of the connection has been shown, and none has stood since.
     bool m_errorShown = false;
+    /// The failure that is to be shown when there is a tray; empty for none.
+    QString m_keptFailure;
+    QTimer m_delay;
 };
