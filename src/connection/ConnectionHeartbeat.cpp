@@ -15,6 +15,7 @@ ConnectionHeartbeat::ConnectionHeartbeat(WebSocketClient *client)
 
 void ConnectionHeartbeat::initialize() {
     m_startTime = QDateTime::currentDateTimeUtc();
+    m_connectionNumber = m_client->connectionNumber();
     emit ping();
 }
 
@@ -28,7 +29,7 @@ void ConnectionHeartbeat::repeatableWork(CancellationCondition *cancellation) {
     if (lagTime <= m_timeoutDelay)
         return;
     qDebug().nospace() << "lagTime > TimeoutDelay: " << lagTime;
-    emit timeout();
+    emit timeout(m_connectionNumber);
     cancellation->cancel();
 }
 

@@ -17,7 +17,8 @@ public:
 signals:
     void ping();
     /// The link is dead. Nothing is closed here.
-    void timeout();
+    /// @param connectionNumber  the client's, of the connection that was watched
+    void timeout(int connectionNumber);
 
 protected:
     void initialize() override;
@@ -28,5 +29,6 @@ private:
     /// Grace period from the start in which an unanswered ping is waited for, seconds.
     const unsigned int m_timeoutDelay = 10;
     QDateTime m_startTime;
+    int m_connectionNumber = 0;
     WebSocketClient *m_client;
 };

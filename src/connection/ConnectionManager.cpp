@@ -77,12 +77,13 @@ void ConnectionManager::process(CancellationCondition *cancellation) {
 
 void ConnectionManager::startConnection() {
     qInfo() << "Connection: start connection";
+    // First: where the socket of the life before has not ended yet, that end leads on from here.
+    m_serversSource.Reset();
     if (m_state != ConnectionState::Failed && m_state != ConnectionState::Disconnected)
         return;
     m_reconnectTimer->stop();
     qInfo() << "Connection:  balancer request";
     applyState(ConnectionState::BalancerRequested);
-    m_serversSource.Reset();
     tryStartNextWsConnection();
 }
 
@@ -288,6 +289,11 @@ void ConnectionManager::onDisconnectRequested() {
     if (isCancelled() || m_state < ConnectionState::BalancerRequested)
         return;
     emit m_webSocketClient->close();
+}
+
+void ConnectionManager::onLinkDead(int connectionNumber) {
+    if (connectionNumber == m_webSocketClient->connectionNumber())
+        onDisconnectRequested();
 }
 
 void ConnectionManager::onStop() {

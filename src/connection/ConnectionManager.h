@@ -34,6 +34,8 @@ public slots:
     void onWebSocketConnected();
     void onWebSocketDisconnect();
     void onDisconnectRequested();
+    /// As onDisconnectRequested(), unless that connection has ended by now.
+    void onLinkDead(int connectionNumber);
     void onUserNotification(const UserNotification &notification);
     void onReceivedVACSettingsFromBalancer(bool enableVAC, bool receivedFromBalancer);
     void onThemeCheckSuccess();

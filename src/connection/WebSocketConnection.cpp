@@ -85,6 +85,11 @@ void WebSocketConnection::countUnsentBytes() {
 
 void WebSocketConnection::onClose() {
     qInfo() << "Webocket close called";
+    // One that is not through with connecting would close as soon as it is, whenever that may be.
+    if (m_socket->state() == QAbstractSocket::ConnectingState) {
+        m_socket->abort();
+        return;
+    }
     try {
         m_socket->close(QWebSocketProtocol::CloseCodeNormal, QString());
     } catch (...) {

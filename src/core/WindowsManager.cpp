@@ -368,7 +368,7 @@ void WindowsManager::createConnectionManager(QQmlApplicationEngine *engine,
 void WindowsManager::createHeartbeat() {
     m_heartbeat = new ConnectionHeartbeat(m_webSocketWorker->wsClient());
     connect(m_heartbeat, &ConnectionHeartbeat::timeout, m_connectionManager,
-            &ConnectionManager::onDisconnectRequested);
+            &ConnectionManager::onLinkDead);
     m_subServices.push_back(std::make_unique<SubService>(m_heartbeat, false));
     m_heartbeatService = m_subServices.back().get();
 }

@@ -2,6 +2,7 @@
 #include "DeskTest.h"
 #include "Stand.h"
 #include "commands/LaunchManager.h"
+#include "connection/ConnectionHeartbeat.h"
 #include "connection/WebSocketClient.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
@@ -14,9 +15,17 @@
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>
+#include <QHostInfo>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QWebSocket>
+
+#include <dlfcn.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 using CS = ConnectionState;
 Q_DECLARE_METATYPE(CS)
@@ -45,7 +54,68 @@ QList<int> numbers(std::initializer_list<ConnectionState> states) {
     return result;
 }
 
+/// Lets look-ups of names that end in ".stalled" take until answer() or the end of this object.
+class StalledNames {
+public:
+    StalledNames() { mutex().lock(); }
+    ~StalledNames() { mutex().unlock(); }
+    /// Returns when what was asked so far is answered and the answers have been handled.
+    void answer() const {
+        mutex().unlock();
+        bool isAnswered = false;
+        // One look-up of a name waits for the other.
+        QHostInfo::lookupHost("speech.stalled", QCoreApplication::instance(),
+                              [&](const QHostInfo &) { isAnswered = true; });
+        QTRY_VERIFY(isAnswered);
+        mutex().lock();
+    }
+    static QMutex &mutex() {
+        static QMutex instance;
+        return instance;
+    }
+};
+
+/// A listener that lets the requests of connections go unanswered, for it has too many of them.
+class FullListener {
+public:
+    FullListener() {
+        socklen_t size = sizeof m_address;
+        auto *address = reinterpret_cast<sockaddr *>(&m_address);
+        bind(m_listener, address, size);
+        listen(m_listener, 0);
+        getsockname(m_listener, address, &size);
+        for (const int end : m_waiting)
+            connect(end, address, size);
+    }
+    ~FullListener() {
+        for (const int end : {m_listener, m_waiting[0], m_waiting[1]})
+            close(end);
+    }
+    FullListener(const FullListener &) = delete;
+    FullListener &operator=(const FullListener &) = delete;
+
+    int port() const { return ntohs(m_address.sin_port); }
+
+private:
+    static int newSocket() { return socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0); }
+
+    const int m_listener = newSocket();
+    const int m_waiting[2]{newSocket(), newSocket()};
+    sockaddr_in m_address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
+};
+
 } // namespace
+
+/// Stands in for the system's, so that a name server can be slow.
+extern "C" int getaddrinfo(const char *node, const char *service, const addrinfo *hints,
+                           addrinfo **result) {
+    static const auto original =
+        reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    if (!QByteArray(node).endsWith(".stalled"))
+        return original(node, service, hints, result);
+    const QMutexLocker locker(&StalledNames::mutex());
+    return EAI_AGAIN;
+}
 
 /// The client against a stand: from nothing to ready, what goes over the wire, and every way in
 /// which a connection can end.
@@ -65,7 +135,8 @@ private slots:
     void tellsWhyItFailed();
     void skipsUnusableServers_data();
     void skipsUnusableServers();
-    void closesASilentConnection();
+    void givesUpAConnect_data();
+    void givesUpAConnect();
     void noticesADeadLink();
     void endsAStalledLink();
     void stopsAtAnyTime_data();
@@ -164,6 +235,7 @@ void TestConnection::resumesOnTheNextServer() {
     stand.sayResult("последние слова", false);
     QTRY_COMPARE(results.count(), 1);
 
+    const int lostConnection = client.worker()->wsClient()->connectionNumber();
     client.forget();
     modes.clear();
     stand.forget();
@@ -181,6 +253,14 @@ void TestConnection::resumesOnTheNextServer() {
     QCOMPARE(dataOf(&stand, MessageType::StartMode)["Type"].toInt(), 2);
     QTRY_COMPARE(client.asr()->currentState(), AsrState::Started);
     QCOMPARE(ClientConnectionSettings().Port.get(), second["port"].toInt());
+
+    emit client.heartbeat()->timeout(lostConnection);
+    QMetaObject::invokeMethod(
+        client.manager(), [] {}, Qt::BlockingQueuedConnection);
+    const auto socketState = [&] { return client.worker()->wsClient()->socket()->state(); };
+    QAbstractSocket::SocketState state{};
+    QMetaObject::invokeMethod(client.worker(), socketState, Qt::BlockingQueuedConnection, &state);
+    QVERIFY2(state == QAbstractSocket::ConnectedState, "late news of the other connection");
 }
 
 void TestConnection::restoresAForm() {
@@ -299,18 +379,47 @@ void TestConnection::skipsUnusableServers() {
     QCOMPARE(ClientConnectionSettings().Port.get(), int(stand.port()));
 }
 
-void TestConnection::closesASilentConnection() {
-    Stand stand;
-    stand.tell({{"do", "websocket"}, {"mode", "silent"}});
-    ClientHarness client(stand);
-    client.start();
+void TestConnection::givesUpAConnect_data() {
+    columns<QString, bool>("where", "useTls");
+    row("the server is silent", "silent", false);
+    row("the server is silent, TLS", "silent", true);
+    row("nothing answers", "full", false);
+    row("nothing answers, TLS", "full", true);
+    row("the look-up stalls", "stalled", false);
+    row("the look-up stalls, TLS", "stalled", true);
+}
+
+void TestConnection::givesUpAConnect() {
+    QFETCH(QString, where);
+    QFETCH(bool, useTls);
+    QTcpServer silent;
+    QVERIFY(silent.listen(QHostAddress::LocalHost));
+    const FullListener full;
+    const StalledNames names;
+    const QString host = where == "stalled" ? "speech.stalled" : "127.0.0.1";
+    const int port = where == "full" ? full.port() : silent.serverPort();
+    WebSocketClient client(nullptr);
+    QSignalSpy connected(&client, &WebSocketConnection::connected);
+    QSignalSpy disconnected(&client, &WebSocketConnection::disconnected);
     QElapsedTimer timer;
-    QVERIFY(client.waitFor(CS::WsConnectionRequested));
     timer.start();
-    QVERIFY(client.waitFor(CS::Disconnected));
+    emit client.open(host, port, useTls);
+    QTRY_COMPARE_WITH_TIMEOUT(disconnected.count(), 1, 60000);
     QVERIFY2(timer.elapsed() > 2500 && timer.elapsed() < 5000,
              qPrintable(QString::number(timer.elapsed())));
-    QVERIFY(client.waitFor(CS::Failed));
+    emit client.open(host, port, useTls);
+    QCoreApplication::processEvents();
+    timer.start();
+    emit client.close();
+    QTRY_COMPARE_WITH_TIMEOUT(disconnected.count(), 2, 60000);
+    QVERIFY2(timer.elapsed() < 500, qPrintable(QString::number(timer.elapsed())));
+
+    const Stand stand;
+    emit client.open("127.0.0.1", stand.port(), false);
+    QTRY_COMPARE(connected.count(), 1);
+    names.answer();
+    QCOMPARE(client.socket()->state(), QAbstractSocket::ConnectedState);
+    QCOMPARE(disconnected.count(), 2);
 }
 
 void TestConnection::noticesADeadLink() {
@@ -364,6 +473,7 @@ void TestConnection::stopsAtAnyTime_data() {
     row("while the socket opens", "websocket", "silent", CS::WsConnectionRequested);
     row("while the themes are fetched", "themes", "silent", CS::ThemesRequested);
     row("when ready", "themes", "normal", CS::Ready);
+    row("while a look-up stalls", "look-up", "", CS::WsConnectionRequested);
     row("between two passes", "servers", "empty", CS::Failed);
 }
 
@@ -372,15 +482,24 @@ void TestConnection::stopsAtAnyTime() {
     QFETCH(QString, mode);
     QFETCH(CS, state);
     Stand stand;
-    stand.tell({{"do", command}, {"mode", mode}});
+    const StalledNames names;
+    if (command == "look-up")
+        offer(&stand, {server("stalled", "speech.stalled;1;1")});
+    else
+        stand.tell({{"do", command}, {"mode", mode}});
     ClientHarness client(stand);
     client.start();
     QVERIFY(client.waitFor(state));
+    if (command == "look-up")
+        QTRY_COMPARE(ClientConnectionSettings().Ip.get(), "speech.stalled");
     QElapsedTimer timer;
     timer.start();
     client.stop();
-    QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
-    stand.tell({{"do", command}, {"mode", command == "websocket" ? "accept" : "normal"}});
+    QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
+    if (command == "look-up")
+        offer(&stand, {server("good", stand.connectionString())});
+    else
+        stand.tell({{"do", command}, {"mode", command == "websocket" ? "accept" : "normal"}});
     client.forget();
     client.start();
     QVERIFY2(client.waitFor(CS::Ready), "a new start begins from the beginning");
