@@ -29,12 +29,20 @@ ResultManager::ResultManager(WebSocketClient *client, AsrManager *asrManager,
 }
 
 void ResultManager::modeChanged(const RecognitionModeInfo &info) {
-    if (info.state() == AsrState::Started)
-        m_currentMode = info.mode();
+    if (info.state() != AsrState::Started)
+        return;
+    m_currentMode = info.mode();
+    m_awaitsStart = false;
+}
+
+void ResultManager::setEnabled(bool enabled) {
+    m_enabled = enabled;
+    // Of a mode that runs now, the server may still finish what it heard.
+    m_awaitsStart = enabled && m_currentMode >= RecognitionMode::Text;
 }
 
 void ResultManager::resultReceived(const TextResult &result) {
-    if (!m_enabled)
+    if (!m_enabled || m_awaitsStart)
         return;
     switch (m_currentMode) {
     case RecognitionMode::Off:

@@ -5,7 +5,6 @@
 
 #include <QObject>
 
-#include <atomic>
 #include <optional>
 
 class AsrManager;
@@ -41,8 +40,8 @@ public:
     /// that state on.
     QString formatText(const QString &text, bool isFinal);
 
-    /// While off, results are dropped. Callable from any thread.
-    void setEnabled(bool enabled) { m_enabled = enabled; }
+    /// While off, results are dropped; behind that too, those of the mode that runs at the moment.
+    void setEnabled(bool enabled);
 
 public slots:
     void modeChanged(const RecognitionModeInfo &info);
@@ -83,5 +82,7 @@ private:
     unsigned long m_keptWindow = 0;
     FormatState m_format;
     std::optional<TextResult> m_lastResult;
-    std::atomic<bool> m_enabled{true};
+    bool m_enabled = true;
+    /// Nothing counts before the next mode has started.
+    bool m_awaitsStart = false;
 };
