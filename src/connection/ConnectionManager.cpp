@@ -199,17 +199,17 @@ void ConnectionManager::applyState(ConnectionState newState, const QString &mess
         m_serversSource.storage().GetStatus(m_currentServerId) == DisconnectStatus::None) {
         m_serversSource.storage().SetStatus(m_currentServerId, DisconnectStatus::ConnectionLost);
     }
-    if (newState == ConnectionState::Disconnected)
+    if (newState == ConnectionState::Disconnected) {
         m_webSocketClient->endConnection();
+        disconnect(m_recordingDevice, &RecordingDeviceManager::SoundAvailable, this,
+                   &ConnectionManager::SoundAvailable);
+        // Ahead of the state, whose receivers forget where the last words are to be typed.
+        emit disconnected();
+    }
     publishState(oldState, message);
     switch (newState) {
     case ConnectionState::WsConnected:
         onModeStarted();
-        break;
-    case ConnectionState::Disconnected:
-        disconnect(m_recordingDevice, &RecordingDeviceManager::SoundAvailable, this,
-                   &ConnectionManager::SoundAvailable);
-        emit disconnected();
         break;
     case ConnectionState::Ready:
         connect(m_recordingDevice, &RecordingDeviceManager::SoundAvailable, this,

@@ -110,7 +110,8 @@ void ResultManager::modeStateChanged(RecognitionMode mode, AsrState state) {
     } else if (mode == RecognitionMode::Text && state == AsrState::Starting) {
         chooseResultWindow();
     } else if (mode == RecognitionMode::Text && state == AsrState::Stopped &&
-               m_outputToBackground) {
+               m_outputToBackground && !m_lastResult) {
+        // Words that are not final yet still belong there.
         qDebug() << "Clear Result window";
         m_resultWindow = 0;
     }

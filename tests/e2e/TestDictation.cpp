@@ -79,6 +79,18 @@ private slots:
         }
         m_stand->sayResult("четыре");
         QTRY_COMPARE(first.text(), "Один дваТриЧетыре");
+
+        // The server gets no further than that when the user stops and starts elsewhere.
+        m_stand->sayResult("пять", false);
+        QVERIFY(m_program->waitForLog("source text: пять"));
+        m_stand->tell(QJsonObject{{"do", "answers"}, {"enabled", false}});
+        for (const bool isStart : {false, true}) {
+            m_stand->forget();
+            XKeyboard().play(doubleCtrl);
+            QCOMPARE(nextMode(m_stand.get()).isNull(), isStart);
+        }
+        m_stand->tell("drop");
+        QTRY_COMPARE(first.text(), "Один дваТриЧетыре пять");
         QCOMPARE(second.text(), QString());
     }
 
