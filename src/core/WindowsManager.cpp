@@ -377,6 +377,8 @@ void WindowsManager::connectRecognition() {
     AsrManager *asrManager = m_webSocketWorker->asrManager();
     connect(m_connectionManager, &ConnectionManager::disconnected,
             m_webSocketWorker->resultManager(), &ResultManager::flushResult);
+    connect(m_webSocketWorker->resultManager(), &ResultManager::notifyUser, this,
+            &WindowsManager::processUserNotification);
     connect(asrManager, &AsrManager::currentModeOrStateChanged, this,
             &WindowsManager::onAsrModeStateChanged);
     // Its argument is a reference, so it has to be raised on the main thread.

@@ -24,6 +24,10 @@ unsigned long TextWriter::GetFocusedWindow() {
     return Writer ? Writer->getFocusedWindow() : 0;
 }
 
+bool TextWriter::WindowExists(unsigned long window) {
+    return !Writer || Writer->windowExists(window);
+}
+
 bool TextWriter::GetWindowRect(unsigned long window, QRect *rect) {
     return Writer && Writer->getWindowRect(window, rect);
 }

@@ -25,6 +25,8 @@ public:
     static bool WriteKey(unsigned long window, const HotKeyInfo &key);
     /// 0 if no window has the input focus.
     static unsigned long GetFocusedWindow();
+    /// Asks the server once. True without a writer as well: nothing tells that it is gone.
+    static bool WindowExists(unsigned long window);
     /// The rectangle on the screen of the top-level window that holds the given one.
     static bool GetWindowRect(unsigned long window, QRect *rect);
 
@@ -36,6 +38,7 @@ protected:
     virtual bool writeText(unsigned long window, const QString &text) = 0;
     virtual bool writeKey(unsigned long window, const HotKeyInfo &key) = 0;
     virtual unsigned long getFocusedWindow() = 0;
+    virtual bool windowExists(unsigned long window) = 0;
     virtual bool getWindowRect(unsigned long window, QRect *rect) = 0;
 
     static std::unique_ptr<TextWriter> Writer;

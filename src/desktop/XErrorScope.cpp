@@ -58,7 +58,9 @@ XErrorScope::XErrorScope(_XDisplay *display) : m_display(display) {
 }
 
 XErrorScope::~XErrorScope() {
-    XSync(m_display, False);
+    // Without an unanswered request no error can be on its way.
+    if (XLastKnownRequestProcessed(m_display) + 1 != XNextRequest(m_display))
+        XSync(m_display, False);
     const QMutexLocker locker(&registry().mutex);
     registry().scopes.removeOne(this);
     if (registry().scopes.isEmpty())

@@ -8,7 +8,8 @@ struct _XDisplay;
 /// does not end the program. Errors of other connections go on to the handler that stood before.
 ///
 /// Scopes of several connections may overlap on several threads. The destructor waits for the
-/// server, so that no error of this scope arrives after it.
+/// server, should it still have requests to answer, so that no error of this scope arrives after
+/// it.
 class XErrorScope {
 public:
     /// @param display  not owned, outlives the scope

@@ -355,3 +355,10 @@ bool XTextWriter::getWindowRect(unsigned long window, QRect *rect) {
     *rect = QRect(attributes.x, attributes.y, attributes.width, attributes.height);
     return true;
 }
+
+bool XTextWriter::windowExists(unsigned long window) {
+    if (!m_display)
+        return true;
+    const XErrorScope errors(m_display.get());
+    return queryParent(m_display.get(), window).isKnown;
+}

@@ -31,6 +31,7 @@ public:
     bool writeKey(unsigned long window, const HotKeyInfo &key) override;
     unsigned long getFocusedWindow() override;
     bool getWindowRect(unsigned long window, QRect *rect) override;
+    bool windowExists(unsigned long window) override;
 
 private:
     /// Where one text goes.

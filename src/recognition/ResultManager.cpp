@@ -79,11 +79,33 @@ void ResultManager::processTextResult(const TextResult &result) {
         emit resultReady(formatTextResult(result.text(), result.isFinal()), result.isFinal());
 }
 
-void ResultManager::writeTextResult(const QString &text, bool isFinal) const {
+void ResultManager::writeTextResult(const QString &text, bool isFinal) {
     if (!isFinal || text.isEmpty())
         return;
-    if (!TextWriter::WriteText(getResultWindow(), text))
+    leaveClosedWindow();
+    // A window that closes while it is typed into has taken nobody knows how much of the text.
+    if (!TextWriter::WriteText(getResultWindow(), text) &&
+        !(leaveClosedWindow() && TextWriter::WriteText(m_resultWindow, text)))
         qWarning() << "A result could not be typed, characters:" << text.size();
+}
+
+bool ResultManager::leaveClosedWindow() {
+    if (!m_outputToBackground || !m_resultWindow || TextWriter::WindowExists(m_resultWindow))
+        return false;
+    const unsigned long focused = TextWriter::GetFocusedWindow();
+    // Without one, the next text looks again.
+    if (!focused)
+        return false;
+    qInfo() << "The result window is closed, its place is taken by" << focused;
+    m_resultWindow = focused;
+    m_asrManager->getTargetModeInfo()->UpdateTargetHandles(focused);
+    UserNotification notification(NotificationType::Warning, tr("Вывод в фоновое окно"),
+                                  tr("Окно, в которое печатался текст, закрыто. Текст печатается в "
+                                     "активное окно."));
+    // Last words are typed also when the connection is lost.
+    notification.setForce(true);
+    emit notifyUser(notification);
+    return true;
 }
 
 unsigned long ResultManager::getResultWindow() const {

@@ -2,6 +2,7 @@
 
 #include "connection/messages/RecognitionModeInfo.h"
 #include "connection/messages/TextResult.h"
+#include "connection/messages/UserNotification.h"
 
 #include <QObject>
 
@@ -50,6 +51,7 @@ public slots:
 
 signals:
     void resultReady(QString text, bool isFinal);
+    void notifyUser(const UserNotification &notification);
 
 private:
     /// What was typed so far, as far as it concerns the next text.
@@ -64,7 +66,10 @@ private:
     void processTextResult(const TextResult &result);
     void processVoiceActivationResult(const TextResult &result);
     QString processCommand(const QString &commandId);
-    void writeTextResult(const QString &text, bool isFinal) const;
+    void writeTextResult(const QString &text, bool isFinal);
+    /// Gives the focused window the place of the dictation's own if that is gone.
+    /// @return whether it did
+    bool leaveClosedWindow();
     void chooseResultWindow();
     void setLastResult(const std::optional<TextResult> &result) { m_lastResult = result; }
     void reset();

@@ -94,6 +94,24 @@ private slots:
         QCOMPARE(second.text(), QString());
     }
 
+    void leavesAWindowThatCloses() {
+        LaunchSettings().OutputToBackground = true;
+        auto first = std::make_unique<Editor>("closed.txt");
+        QVERIFY(start() && startDictation());
+        m_stand->sayResult("один");
+        QTRY_COMPARE(first->text(), "Один");
+        const Editor second("open.txt");
+        first.reset();
+        m_stand->sayResult("два");
+        QTRY_COMPARE(second.text(), " два");
+        QVERIFY(m_program->waitForLog("Notification: Окно, в которое печатался текст, закрыто."));
+        const Editor third("third.txt");
+        m_stand->sayResult("три");
+        QTRY_COMPARE(second.text(), " два три");
+        QCOMPARE(m_program->log().count("печатался текст, закрыто"), 1);
+        QCOMPARE(third.text(), QString());
+    }
+
     void goesOnWithAnotherMicrophone() {
         const QString feed = desk().loadModule({"module-null-sink", "sink_name=otherfeed"});
         const QString other = desk().loadModule(

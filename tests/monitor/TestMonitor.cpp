@@ -23,6 +23,7 @@ protected:
     bool writeText(unsigned long, const QString &) override { return true; }
     bool writeKey(unsigned long, const HotKeyInfo &) override { return true; }
     unsigned long getFocusedWindow() override { return m_focused; }
+    bool windowExists(unsigned long) override { return true; }
     bool getWindowRect(unsigned long, QRect *rect) override { return (*rect = m_rect).isValid(); }
 
 private:
