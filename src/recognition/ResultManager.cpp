@@ -92,7 +92,7 @@ void ResultManager::writeTextResult(const QString &text, bool isFinal) {
 bool ResultManager::leaveClosedWindow() {
     if (!m_outputToBackground || !m_resultWindow || TextWriter::WindowExists(m_resultWindow))
         return false;
-    const unsigned long focused = TextWriter::GetFocusedWindow();
+    const unsigned long focused = focusedWindow();
     // Without one, the next text looks again.
     if (!focused)
         return false;
@@ -111,6 +111,10 @@ bool ResultManager::leaveClosedWindow() {
 unsigned long ResultManager::getResultWindow() const {
     if (m_outputToBackground)
         return m_resultWindow;
+    return focusedWindow();
+}
+
+unsigned long ResultManager::focusedWindow() const {
     return m_keptWindow ? m_keptWindow : TextWriter::GetFocusedWindow();
 }
 

@@ -71,6 +71,8 @@ private:
     /// @return whether it did
     bool leaveClosedWindow();
     void chooseResultWindow();
+    /// The window in the focus, or the one that keepFocusedWindow() keeps.
+    unsigned long focusedWindow() const;
     void setLastResult(const std::optional<TextResult> &result) { m_lastResult = result; }
     void reset();
     static QString formatWord(const QString &text, const ResultPart &part,

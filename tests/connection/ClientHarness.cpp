@@ -30,8 +30,7 @@ ClientHarness::ClientHarness(const Stand &stand) {
     m_managerService = std::make_unique<SubService>(m_manager, true);
     m_heartbeat = new ConnectionHeartbeat(m_worker->wsClient());
     m_heartbeatService = std::make_unique<SubService>(m_heartbeat, false);
-    connect(m_heartbeat, &ConnectionHeartbeat::timeout, m_manager,
-            &ConnectionManager::onLinkDead);
+    connect(m_heartbeat, &ConnectionHeartbeat::timeout, m_manager, &ConnectionManager::onLinkDead);
     connect(m_manager, &ConnectionManager::disconnected, m_worker->resultManager(),
             &ResultManager::flushResult);
     connect(m_manager, &ConnectionManager::stateChanged, this, &ClientHarness::onStateChanged);
