@@ -50,7 +50,6 @@ private slots:
     void opensInOrderEachTime();
     void tellsTheWholeListOfAnotherTheme();
     void keepsItsIds();
-    void isSilentOnAConnectionThatOpens();
 
 private:
     /// Gives the user one command, wired as the application wires it.
@@ -79,21 +78,38 @@ void TestAnnouncing::opensInOrderEachTime() {
     client.enableVoice();
     client.worker()->launchManager()->updateSettings();
     QVERIFY(client.open());
-    for (int connection = 0; connection < 2; ++connection) {
-        const QStringList commands = announced(stand.waitForMessage(MessageType::SetCommands));
-        QCOMPARE(commands.size(), 3);
-        QCOMPARE(commands[0], "3/copy/Скопировать");
-        QVERIFY(commands[1].startsWith("1/vac_"));
-        QVERIFY(commands[2].startsWith("2/vdc_"));
-        const QJsonObject start = stand.waitForMessage(MessageType::StartMode);
-        QCOMPARE(start["data"].toObject()["Type"].toInt(), 1);
-        QTRY_COMPARE(client.asr()->getLastStartedMode(), RecognitionMode::VoiceActivation);
-        stand.forget();
-        QCOMPARE(client.messages(stand), openingMessages);
-        client.forget();
-        stand.tell("drop");
-        QVERIFY(client.waitFor(ConnectionState::Ready));
-    }
+    const QStringList commands = announced(stand.waitForMessage(MessageType::SetCommands));
+    QCOMPARE(commands.size(), 3);
+    QCOMPARE(commands[0], "3/copy/Скопировать");
+    QVERIFY(commands[1].startsWith("1/vac_"));
+    QVERIFY(commands[2].startsWith("2/vdc_"));
+    const QJsonObject start = stand.waitForMessage(MessageType::StartMode);
+    QCOMPARE(start["data"].toObject()["Type"].toInt(), 1);
+    QTRY_COMPARE(client.asr()->getLastStartedMode(), RecognitionMode::VoiceActivation);
+    QCOMPARE(client.messages(stand), openingMessages);
+
+    // The next connection opens and waits while this thread has heard of nothing yet.
+    QSemaphore isOpen;
+    QSemaphore mayGoOn;
+    const auto onState = [&](const ConnectionStateInfo &info) {
+        if (info.is(ConnectionState::WsConnected)) {
+            isOpen.release();
+            mayGoOn.tryAcquire(1, patienceMs);
+        }
+    };
+    connect(client.manager(), &ConnectionManager::stateChanged, client.manager(), onState,
+            Qt::DirectConnection);
+    client.forget();
+    QMetaObject::invokeMethod(client.manager(), &ConnectionManager::onDisconnectRequested,
+                              Qt::QueuedConnection);
+    QVERIFY(isOpen.tryAcquire(1, patienceMs));
+    QVERIFY(client.asr()->getTargetModeInfo()->mode().has_value());
+    client.userCommands().updateCommands();
+    client.worker()->launchManager()->updateSettings();
+    mayGoOn.release();
+    QVERIFY(client.waitFor(ConnectionState::Ready));
+    QTRY_COMPARE(client.messages(stand), openingMessages);
+    QCOMPARE(announced(stand.waitForMessage(MessageType::SetCommands)), commands);
 }
 
 void TestAnnouncing::tellsTheWholeListOfAnotherTheme() {
@@ -138,37 +154,6 @@ void TestAnnouncing::keepsItsIds() {
     QVERIFY2(ids().isEmpty(), "what is not available is forgotten");
     QVERIFY(!LaunchSettings().VoiceActivationEnabled);
     QVERIFY(!LaunchSettings().VoiceDeactivationEnabled);
-}
-
-void TestAnnouncing::isSilentOnAConnectionThatOpens() {
-    Stand stand;
-    ClientHarness client(stand);
-    prepare(&client);
-    client.manager()->setReconnectDelay(0);
-    QVERIFY(client.open());
-    QVERIFY(!stand.waitForMessage(MessageType::StartMode).isEmpty());
-
-    // The next connection opens and waits while this thread has heard of nothing yet.
-    QSemaphore isOpen;
-    QSemaphore mayGoOn;
-    const auto onState = [&](const ConnectionStateInfo &info) {
-        if (info.is(ConnectionState::WsConnected)) {
-            isOpen.release();
-            mayGoOn.tryAcquire(1, patienceMs);
-        }
-    };
-    connect(client.manager(), &ConnectionManager::stateChanged, client.manager(), onState,
-            Qt::DirectConnection);
-    client.forget();
-    QMetaObject::invokeMethod(client.manager(), &ConnectionManager::onDisconnectRequested,
-                              Qt::QueuedConnection);
-    QVERIFY(isOpen.tryAcquire(1, patienceMs));
-    QVERIFY(client.asr()->getTargetModeInfo()->mode().has_value());
-    client.userCommands().updateCommands();
-    client.worker()->launchManager()->updateSettings();
-    mayGoOn.release();
-    QVERIFY(client.waitFor(ConnectionState::Ready));
-    QTRY_COMPARE(client.messages(stand), openingMessages);
 }
 
 DESK_CORE_TEST_MAIN(TestAnnouncing)
