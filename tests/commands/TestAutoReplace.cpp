@@ -145,15 +145,12 @@ void TestAutoReplace::replaces_data() {
     row("two blanks between the words", line, "новая  строка", "\n");
     row("a letter in front", line, "обновая строка", "обновая строка");
     row("a digit behind", line, "новая строка2", "новая строка2");
-    row("no text", line, "", "");
     const Replacements stops{{"точка", "."}, {"точка с запятой", ";"}};
     row("the longer phrase wins", stops, "точка с запятой, точка", ";, .");
-    row("next to one another", stops, "точка точка точка", ". . .");
     row("the longer of more than 16", stops, QString("точка с запятой ").repeated(20),
         QString("; ").repeated(20));
     row("the one that begins first wins", {{"б в г", "2"}, {"а б", "1"}}, "а б в г", "1 в г");
     row("what was put in stays", {{"а", "б"}, {"б", "В $1 \\1"}}, "А б", "б В $1 \\1");
-    row("the later of two", {{"а", "1"}, {"а", "2"}}, "а", "2");
     row("a case that changes the length", {{"İ", "i"}}, "i\u0307", "i");
     row("characters of expressions", {{"(a|b)*", "1"}, {"a.c", "2"}}, "(a|b)* abc", "1 abc");
 }

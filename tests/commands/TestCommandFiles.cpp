@@ -16,8 +16,6 @@
 
 #include <csignal>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using UserCommandNamespace::UserCommandType;
 using Files = QMap<QString, QByteArray>;
@@ -106,7 +104,6 @@ private slots:
     void keepsIdsOfServersInTheFolder();
     void keepsTheOldFile_data();
     void keepsTheOldFile();
-    void survivesAKill();
     void offersTheThemesOfTheServer();
 
 private:
@@ -204,7 +201,6 @@ void TestCommandFiles::givesIdsAtLoading() {
 
 void TestCommandFiles::refusesAFile_data() {
     columns<QString, QString>("text", "failure");
-    row("no JSON", "{\"Commands\":[", ", error 'unterminated array'");
     row("empty", "", ", error 'illegal value'");
     row("an array", "[]", "");
     row("unknown type", R"({"Commands":[{"Type":"text"},{"Type":"none"}]})",
@@ -362,33 +358,6 @@ void TestCommandFiles::keepsTheOldFile() {
     if (obstacle == "full")
         QCOMPARE(bytesOf(path), fileOf("42", {"а=1"}));
     QVERIFY(QDir(folder()).entryList(QDir::Files).size() <= 1);
-}
-
-void TestCommandFiles::survivesAKill() {
-    const QString path = folder() + "theme_42.json";
-    ClientThemeInfo theme;
-    theme.setId("42");
-    for (int round = 0; round < 10; ++round) {
-        int ready[2];
-        QCOMPARE(pipe(ready), 0);
-        const pid_t child = fork();
-        if (child == 0) {
-            for (int i = 0;; ++i) {
-                UserCommandsManager::SaveTo(path, theme,
-                                            {text("а", QString(50000, QChar('0' + i % 10)))});
-                if (i == round && write(ready[1], "", 1) != 1)
-                    _exit(1);
-            }
-        }
-        char byte = 0;
-        QCOMPARE(read(ready[0], &byte, 1), 1);
-        QCOMPARE(kill(child, SIGKILL), 0);
-        waitpid(child, nullptr, 0);
-        ::close(ready[0]);
-        ::close(ready[1]);
-        QCOMPARE(failureOf([&] { m_manager->LoadAll(); }), QString());
-        QCOMPARE(m_manager->get_ThemeCommands("42").size(), 1);
-    }
 }
 
 void TestCommandFiles::offersTheThemesOfTheServer() {

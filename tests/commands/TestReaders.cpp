@@ -49,28 +49,6 @@ QString damagedZip() {
     return name;
 }
 
-/// An archive of few bytes with a text of a gigabyte.
-QString zipBomb() {
-    const QString name = path("bomb.odt");
-    desk().run("python3", {"-c",
-                           "import sys, zipfile\n"
-                           "with zipfile.ZipFile(sys.argv[1], 'w', zipfile.ZIP_DEFLATED, "
-                           "compresslevel=1).open('content.xml', 'w') as part:\n"
-                           "    [part.write(bytes(1 << 24)) for _ in range(64)]",
-                           name});
-    return name;
-}
-
-QByteArray nested(int depth) {
-    return document(QByteArray("<text:p>").repeated(depth) + "x" +
-                    QByteArray("</text:p>").repeated(depth));
-}
-
-QString fifo() {
-    mkfifo(qPrintable(path("fifo.odt")), 0600);
-    return path("fifo.odt");
-}
-
 /// A figure of the kernel's on this process.
 long statusKiB(const char *name) {
     const QByteArray text = bytesOf("/proc/self/status");
@@ -89,7 +67,6 @@ private slots:
     void readsPlainText();
     void readsOpenDocument_data();
     void readsOpenDocument();
-    void readsADocumentOfLibreOffice();
     void refuses_data();
     void refuses();
     void preparesTheText_data();
@@ -103,8 +80,6 @@ void TestReaders::readsPlainText_data() {
     row("UTF-8 with its mark", "\xEF\xBB\xBF" + russian.toUtf8(), russian);
     row("UTF-16 by its mark", QTextCodec::codecForName("UTF-16")->fromUnicode(russian), russian);
     row("Windows-1251", QTextCodec::codecForName("windows-1251")->fromUnicode(russian), russian);
-    row("line ends", QByteArray("a\r\nb\nc\rd"), "a\nb\nc\rd");
-    row("empty", QByteArray(), "");
 }
 
 void TestReaders::readsPlainText() {
@@ -119,7 +94,6 @@ void TestReaders::readsOpenDocument_data() {
     const auto good = [](const char *name, const QByteArray &body, const QString &text) {
         row(name, document(body), text);
     };
-    good("two paragraphs", "<text:p>a</text:p><text:p>b</text:p>", "a\r\nb\r\n");
     good("tab, blank, line break",
          "<text:p>x<text:tab/>y<text:s text:c='3'/>z<text:line-break/>q</text:p>",
          "x\ty z\r\nq\r\n");
@@ -152,16 +126,6 @@ void TestReaders::readsOpenDocument() {
     QCOMPARE(error, QString());
 }
 
-void TestReaders::readsADocumentOfLibreOffice() {
-    QString error;
-    QCOMPARE(CompositeFileReader().ReadFile(QStringLiteral(DOCUMENTS "/discharge.odt"), &error),
-             "Выписной эпикриз\r\nПациент Ёлкин Пётр, 54 года.\r\nДиагноз\r\n"
-             "Гипертоническая болезнь II  стадии\r\nриск 3\r\n\r\nСтол № 10\r\n"
-             "Эналаприл 5 мг\r\nутром\r\nГемоглобин\r\n140 г/л\r\nСОЭ\r\n"
-             "8 мм/ч\r\nПодпись:\t_____\t<врач> & зав. отделением\r\n");
-    QCOMPARE(error, QString());
-}
-
 void TestReaders::refuses_data() {
     columns<QString, QString>("path", "error");
     const QString missing = "Файла не существует";
@@ -175,15 +139,20 @@ void TestReaders::refuses_data() {
     row("device without an end", "/dev/zero", closed);
     row("file whose reading fails", "/proc/self/mem", "Произошла ошибка при чтении из файла");
     row("text of 50 MB", saveAs("large.txt", QByteArray(50 << 20, 'a')), large);
-    row("pipe as a document", fifo(), broken);
+    mkfifo(qPrintable(path("fifo.odt")), 0600);
+    row("pipe as a document", path("fifo.odt"), broken);
     row("missing document", path("none.odt"), broken);
     row("no archive", saveAs("text.odt", "text"), broken);
     row("archive without the text", pack("other.odt", "other.xml", "x"), broken);
     row("damaged archive", damagedZip(), broken);
     row("encrypted archive",
         pack("secret.odt", "content.xml", document("<text:p>a</text:p>"), ZIP_EM_AES_128), broken);
-    row("gigabyte of zeros", zipBomb(), large);
-    row("a million elements within one another", pack("deep.odt", "content.xml", nested(1000000)),
+    row("zeros without an end", pack("bomb.odt", "content.xml", QByteArray(256 << 20, '\0')),
+        large);
+    row("a million elements within one another",
+        pack("deep.odt", "content.xml",
+             document(QByteArray("<text:p>").repeated(1000000) +
+                      QByteArray("</text:p>").repeated(1000000))),
         large);
     row("entity bomb",
         pack("entities.odt", "content.xml",
@@ -215,7 +184,7 @@ void TestReaders::refuses() {
 void TestReaders::preparesTheText_data() {
     columns<QByteArray, QString>("bytes", "text");
     // Typed, these would be Escape and Backspace.
-    row("no text at all", QByteArray("PK\x1B\x08"), QString());
+    row("no text at all", QByteArray("PK\x1B\x08"), "");
     row("line ends of all kinds", QByteArray("a\r\nb\nc\rd"), " a\rb\rc\rd");
     row("an old mark of the end", QByteArray("a\x1A"), " a");
     row("blank ahead", QByteArray(" a"), " a");
