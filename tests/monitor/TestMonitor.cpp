@@ -63,10 +63,8 @@ private slots:
     void cleanup() { Windows::Cleanup(); }
 
     void followsTheRecogniser_data() {
-        QTest::addColumn<RecognitionMode>("mode");
-        QTest::addColumn<AsrState>("state");
-        QTest::addColumn<QByteArray>("fromHidden");
-        QTest::addColumn<QByteArray>("fromShown");
+        columns<RecognitionMode, AsrState, QByteArray, QByteArray>("mode", "state", "fromHidden",
+                                                                   "fromShown");
         const QByteArray none;
         const QByteArray visible = "Visible ";
         const QByteArray loading = "Loading ";
@@ -109,33 +107,28 @@ private slots:
         QCOMPARE(receiver, thread());
     }
 
-    void storesTheGainOnce_data() {
-        QTest::addColumn<bool>("fromTheDevice");
-        QTest::newRow("moved by the user") << false;
-        QTest::newRow("changed on the device") << true;
-    }
-
     void storesTheGainOnce() {
-        QFETCH(bool, fromTheDevice);
         Monitor monitor;
         QCOMPARE(monitor.view.gain(), monitor.recording.Gain());
-        RecordingDeviceSettings().Gain = 0;
         QSignalSpy changes(&monitor.view, &MonitorViewModel::changedGain);
         QSignalSpy echoes(&monitor.recording, &RecordingDeviceManager::GainChanged);
         // Whoever writes the settings again would undo this.
-        connect(&monitor.view, &MonitorViewModel::changedGain, this, [] {
-            QCOMPARE(int(RecordingDeviceSettings().Gain), 40);
+        connect(&monitor.view, &MonitorViewModel::changedGain, this, [&monitor] {
+            QCOMPARE(int(RecordingDeviceSettings().Gain), monitor.view.gain());
             RecordingDeviceSettings().Gain = 1;
         });
-        if (fromTheDevice)
-            monitor.recording.set_Gain(40);
-        for (int i = 0; i < 2; ++i)
-            monitor.view.setGain(40);
-        QCOMPARE(changes.count(), 1);
-        QCOMPARE(echoes.count(), 1);
-        QCOMPARE(monitor.view.gain(), 40);
-        QCOMPARE(monitor.recording.Gain(), 40);
-        QCOMPARE(int(RecordingDeviceSettings().Gain), 1);
+        for (const int gain : {40, 50}) {
+            // Changed on the device first, then by the user.
+            if (gain == 40)
+                monitor.recording.set_Gain(gain);
+            for (int i = 0; i < 2; ++i)
+                monitor.view.setGain(gain);
+            QCOMPARE(monitor.view.gain(), gain);
+            QCOMPARE(monitor.recording.Gain(), gain);
+            QCOMPARE(int(RecordingDeviceSettings().Gain), 1);
+        }
+        QCOMPARE(changes.count(), 2);
+        QCOMPARE(echoes.count(), 2);
     }
 
     void showsTheLevelAndTheDictionary() {
@@ -153,30 +146,22 @@ private slots:
         QCOMPARE(names, (QList<QVariantList>{{""}}));
     }
 
-    void placesThePartialText_data() {
-        QTest::addColumn<int>("window");
-        QTest::addColumn<QRect>("rect");
-        const QRect place(10, 20, 300, 200);
-        QTest::newRow("no window") << 0 << place;
-        QTest::newRow("window without a rectangle") << 7 << QRect();
-        QTest::newRow("window") << 7 << place;
-    }
-
     void placesThePartialText() {
-        QFETCH(int, window);
-        QFETCH(QRect, rect);
         Monitor monitor;
-        // Whatever the result before this one left.
         const QRect old(1, 2, 3, 4);
-        Windows::set(1, old);
-        monitor.say("жалобы");
-        QVERIFY(monitor.view.TooltipOnInputWindow());
+        const std::pair<int, QRect> nowhere[] = {{0, {10, 20, 300, 200}}, {7, {}}};
+        for (const auto &[window, rect] : nowhere) {
+            Windows::set(1, old);
+            monitor.say("жалобы");
+            QVERIFY(monitor.view.TooltipOnInputWindow());
+            QCOMPARE(monitor.view.InputWindowRect(), old);
 
-        Windows::set(window, rect);
-        monitor.say("жалобы на");
-        const bool isOverIt = window && rect.isValid();
-        QCOMPARE(monitor.view.TooltipOnInputWindow(), isOverIt);
-        QCOMPARE(monitor.view.InputWindowRect(), isOverIt ? rect : old);
+            Windows::set(window, rect);
+            monitor.say("жалобы на");
+            QVERIFY2(!monitor.view.TooltipOnInputWindow(),
+                     window ? "no rectangle of the window" : "no window");
+            QCOMPARE(monitor.view.InputWindowRect(), old);
+        }
         for (const char *shown : {"жалобы на", ""}) {
             QCOMPARE(monitor.view.ResultText(), shown);
             QCOMPARE(monitor.view.ResultTail(), shown);
@@ -184,25 +169,20 @@ private slots:
         }
     }
 
-    void cutsTheEndBetweenCharacters_data() {
-        QTest::addColumn<QString>("character");
-        QTest::newRow("letter") << "я";
-        QTest::newRow("beyond 16 bits") << "\U00010330";
-        QTest::newRow("with two marks") << "\u043E\u0301\u0323";
-    }
-
     void cutsTheEndBetweenCharacters() {
-        QFETCH(QString, character);
         Monitor monitor;
-        const QString text = character.repeated(1000000 / character.size());
-        // Each offset puts the cut at another place of the character.
-        for (const QString end : {"", "x", "xx"}) {
-            monitor.say(text + end);
-            QCOMPARE(monitor.view.ResultText().size(), text.size() + end.size());
-            const QString tail = monitor.view.ResultTail();
-            QVERIFY(tail.size() > 490 && tail.size() <= 500);
-            const int count = (tail.size() - end.size()) / character.size();
-            QCOMPARE(tail, character.repeated(count) + end);
+        // A letter, one beyond 16 bits, and one with two marks.
+        for (const QString character : {"я", "\U00010330", "\u043E\u0301\u0323"}) {
+            const QString text = character.repeated(1000000 / character.size());
+            // Each offset puts the cut at another place of the character.
+            for (const QString end : {"", "x", "xx"}) {
+                monitor.say(text + end);
+                QCOMPARE(monitor.view.ResultText().size(), text.size() + end.size());
+                const QString tail = monitor.view.ResultTail();
+                QVERIFY(tail.size() > 490 && tail.size() <= 500);
+                const int count = (tail.size() - end.size()) / character.size();
+                QCOMPARE(tail, character.repeated(count) + end);
+            }
         }
     }
 };

@@ -9,15 +9,6 @@
 
 namespace {
 
-/// The keyboard of the desk, for windows that are not the test's own.
-class Keyboard : public QObject {
-    Q_OBJECT
-
-public:
-    /// Presses and releases a key, named as X does, in the window with the focus.
-    Q_INVOKABLE void press(const QString &key) { desk().run("xdotool", {"key", key}); }
-};
-
 /// Makes ready what the controls need, for each file of tests.
 class Setup : public QObject {
     Q_OBJECT
@@ -27,7 +18,6 @@ public slots:
         registerQmlTypes();
         qmlRegisterType<CheckedText>("Tests", 1, 0, "CheckedText");
         qmlRegisterType<IndexedList>("Tests", 1, 0, "IndexedList");
-        qmlRegisterType<Keyboard>("Tests", 1, 0, "Keyboard");
     }
 
     /// A control that works but warns is at fault, too.

@@ -99,7 +99,9 @@ Item {
             const tick = findChild(checkBox, "tick")
             compare(box.border.color, "#d5d5d5")
             verify(!tick.visible)
-            checkBox.forceActiveFocus(Qt.TabFocusReason)
+            withAction.forceActiveFocus()
+            keyClick(Qt.Key_Tab)
+            verify(checkBox.visualFocus)
             compare(box.border.color, "#2fbeca")
             keyClick(Qt.Key_Space)
             verify(checkBox.checked && tick.visible)
@@ -121,14 +123,6 @@ Item {
             keyClick(Qt.Key_Space)
             verify(radio.checked && findChild(radio, "dot").visible)
             verify(!otherRadio.checked && !findChild(otherRadio, "dot").visible)
-        }
-
-        function test_tabReachesAll() {
-            button.forceActiveFocus()
-            for (const control of [withAction, checkBox, radio]) {
-                keyClick(Qt.Key_Tab)
-                verify(control.visualFocus, control.text)
-            }
         }
 
         function test_label() {

@@ -12,7 +12,6 @@ TestCase {
     width: 600; height: 400; visible: true
 
     Component { id: listComponent; IndexedList { } }
-    Component { id: plainComponent; ListModel { } }
     Component {
         id: gridComponent
         Ostrel.DataGrid {
@@ -90,11 +89,6 @@ TestCase {
         compare(selected(grid), [4])
         grid.selection.clear()
         compare(list.CurrentIndex, -1)
-        grid.selectionMode = SelectionMode.MultiSelection
-        grid.selection.select(1, 1)
-        grid.selection.select(3, 3)
-        compare(list.CurrentIndex, 3)
-        compare(selected(grid), [1, 3])
     }
 
     function test_rowsComeAndGo() {
@@ -126,19 +120,6 @@ TestCase {
         grid.model = null
         compare(selected(grid), [])
         compare([first.CurrentIndex, second.CurrentIndex], [0, 3])
-    }
-
-    function test_modelWithoutIndex() {
-        const list = createTemporaryObject(plainComponent, test)
-        for (const name of "abcde")
-            list.append({ name: name })
-        const grid = makeGrid(list)
-        mouseClick(rows(grid)[4])
-        compare(selected(grid), [4])
-        compare(list.CurrentIndex, undefined)
-        list.remove(0)
-        tryCompare(grid, "rowCount", 4)
-        tryVerify(() => selected(grid).length === 0)
     }
 
     function test_rowsFitTheirText() {
