@@ -11,42 +11,36 @@ class TestBrand : public QObject {
     Q_OBJECT
 
 private slots:
-    void hasAnIconOfEachSize_data() {
-        QTest::addColumn<int>("size");
-        for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
-            QTest::addRow("%d pixels", size) << size;
-    }
-
     void hasAnIconOfEachSize() {
-        QFETCH(int, size);
-        QVector<QImage> greys;
-        for (const char *name : {"default", "warning"}) {
-            const QIcon icon(QString(":/replaceable/%1_icon.ico").arg(name));
-            QVERIFY(icon.availableSizes().contains(QSize(size, size)));
-            greys << icon.pixmap(size).toImage().convertToFormat(QImage::Format_Grayscale8);
+        for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+            QVector<QImage> greys;
+            for (const char *name : {"default", "warning"}) {
+                const QIcon icon(QString(":/replaceable/%1_icon.ico").arg(name));
+                QVERIFY2(icon.availableSizes().contains(QSize(size, size)),
+                         qPrintable(QString("no %1 pixels of %2").arg(size).arg(name)));
+                greys << icon.pixmap(size).toImage().convertToFormat(QImage::Format_Grayscale8);
+            }
+            int different = 0;
+            for (int i = 0; i < size * size; ++i) {
+                const QPoint place(i % size, i / size);
+                different += qAbs(qGray(greys[0].pixel(place)) - qGray(greys[1].pixel(place))) > 40;
+            }
+            QVERIFY2(different * 5 > size * size,
+                     qPrintable(QString("alike without colours: %1 pixels").arg(size)));
         }
-        int different = 0;
-        for (int i = 0; i < size * size; ++i) {
-            const QPoint place(i % size, i / size);
-            different += qAbs(qGray(greys[0].pixel(place)) - qGray(greys[1].pixel(place))) > 40;
-        }
-        QVERIFY2(different * 5 > size * size, "alike without colours");
-    }
-
-    void hasPicturesOfDoubleScale_data() {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("splashScreen") << QSize(480, 300);
-        QTest::newRow("logo_white_medium") << QSize(118, 32);
-        QTest::newRow("normal_logo") << QSize(133, 36);
     }
 
     void hasPicturesOfDoubleScale() {
-        QFETCH(QSize, size);
-        const QString path = QString(":/replaceable/") + QTest::currentDataTag();
-        const QImage picture(path + ".png");
-        QCOMPARE(picture.size(), size);
-        QCOMPARE(QImage(path + "@2x.png").size(), size * 2);
-        QCOMPARE(qAlpha(picture.pixel(0, 0)), 0);
+        const QMap<QString, QSize> pictures{{"splashScreen", {480, 300}},
+                                            {"logo_white_medium", {118, 32}},
+                                            {"normal_logo", {133, 36}}};
+        for (auto each = pictures.cbegin(); each != pictures.cend(); ++each) {
+            const QString path = ":/replaceable/" + each.key();
+            const QImage picture(path + ".png");
+            QVERIFY2(picture.size() == each.value(), qPrintable(path));
+            QVERIFY2(QImage(path + "@2x.png").size() == each.value() * 2, qPrintable(path));
+            QVERIFY2(qAlpha(picture.pixel(0, 0)) == 0, qPrintable(path));
+        }
     }
 
     void hasPlainSounds_data() {

@@ -4,35 +4,9 @@
 #include "core/settings/StatisticsSettings.h"
 #include "viewmodels/statistics/StatisticsViewModel.h"
 
-#include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-
-namespace {
-
-QJsonObject organisation(int region, const QString &shortName, const QString &fullName,
-                         const QString &area) {
-    QJsonObject data{{"id", 1}, {"regionId", region}, {"organizationType", 1}};
-    data["deleteDate"] = QJsonValue::Null;
-    for (const auto &[key, text] : {std::pair<const char *, QString>{"nameShort", shortName},
-                                    {"nameFull", fullName},
-                                    {"areaName", area}}) {
-        if (!text.isNull())
-            data[key] = text;
-    }
-    return data;
-}
-
-QJsonObject with(QJsonObject data, const char *key, const QJsonValue &value) {
-    data[key] = value;
-    return data;
-}
-
-} // namespace
 
 /// The profile: what the reference files offer, what is accepted, and what is stored.
 class TestProfile : public QObject {
@@ -40,10 +14,8 @@ class TestProfile : public QObject {
 
 private slots:
     void init();
-    void namesAreChecked_data();
-    void namesAreChecked();
-    void roomsAreChecked_data();
-    void roomsAreChecked();
+    void textsAreChecked_data();
+    void textsAreChecked();
     void listsFollowOneAnother();
     void profileIsStoredAndRestored();
     void filesAreJudged_data();
@@ -53,7 +25,8 @@ private slots:
     void filesAreMadeOfTables();
 
 private:
-    void put(const char *file, const QList<QJsonObject> &records) const;
+    /// Writes a reference file of these records.
+    void put(const char *file, const QByteArrayList &records) const;
     std::unique_ptr<StatisticsViewModel> open() const {
         return std::make_unique<StatisticsViewModel>(m_folder->path(), nullptr);
     }
@@ -61,12 +34,9 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void TestProfile::put(const char *file, const QList<QJsonObject> &records) const {
-    QJsonArray array;
-    for (const QJsonObject &record : records)
-        array.append(QJsonObject{{"data", record}});
-    QVERIFY(
-        save(m_folder->filePath(file), QJsonDocument(QJsonObject{{"records", array}}).toJson()));
+void TestProfile::put(const char *file, const QByteArrayList &records) const {
+    const QByteArray all = records.join("},{\"data\":");
+    QVERIFY(save(m_folder->filePath(file), "{\"records\":[{\"data\":" + all + "}]}"));
 }
 
 void TestProfile::init() {
@@ -74,73 +44,64 @@ void TestProfile::init() {
     ProfileFile::userInfo().clear();
     StatisticsSettings().FillOrganisationUserInfo = true;
     m_folder = std::make_unique<QTemporaryDir>();
-    put("Regions.json", {{{"ID", 77}, {"SUBJECT", "Москва"}},
-                         {{"ID", 1}, {"SUBJECT", "Республика Адыгея"}},
-                         {{"ID", 2}}});
-    const QJsonObject clinic = organisation(77, "Яуза", "Клиника «Яуза»", QString());
+    put("Regions.json", {R"({"ID":77,"SUBJECT":"Москва"})",
+                         R"({"ID":1,"SUBJECT":"Республика Адыгея"})", R"({"ID":2})"});
+    const QByteArray clinic = R"({"id":1,"organizationType":1,"deleteDate":null,)";
+    const QByteArray moscow = clinic + R"("regionId":77,)";
     put("Clinics.json",
-        {clinic, organisation(77, "азов", QString(), QString()),
-         organisation(77, QString(), "Больница", "зеленоград"),
-         organisation(77, "Вторая", "Вторая больница", "Зеленоград"),
-         with(organisation(77, "Закрытая", QString(), "Троицк"), "deleteDate", "2020-01-01"),
-         with(organisation(77, "Аптека", QString(), "Троицк"), "organizationType", 2),
-         organisation(99, "Чужая", QString(), "Троицк"),
-         organisation(77, QString(), QString(), "Троицк"),
-         with(with(organisation(1, "Майкопская", QString(), "Майкоп"), "ogrn", "1020100000001"),
-              "oid", "1.2.643.5")});
-    put("Specialisations.json", {{{"ID", 1}, {"NAME", "Терапия"}, {"PARENT", "0"}},
-                                 {{"ID", 2}, {"NAME", "аллергология"}, {"PARENT", "0"}},
-                                 {{"ID", 3}, {"NAME", "Гастроэнтерология"}, {"PARENT", "1"}},
-                                 {{"ID", 4}, {"NAME", "Хирургия"}}});
+        {moscow + R"("nameShort":"Яуза","nameFull":"Клиника «Яуза»"})",
+         moscow + R"("nameShort":"азов"})",
+         moscow + R"("nameFull":"Больница","areaName":"зеленоград"})",
+         moscow + R"("nameShort":"Вторая","nameFull":"Вторая больница","areaName":"Зеленоград"})",
+         R"({"id":1,"organizationType":1,"deleteDate":"2020-01-01","regionId":77,)"
+         R"("nameShort":"Закрытая","areaName":"Троицк"})",
+         R"({"id":1,"organizationType":2,"deleteDate":null,"regionId":77,)"
+         R"("nameShort":"Аптека","areaName":"Троицк"})",
+         clinic + R"("regionId":99,"nameShort":"Чужая","areaName":"Троицк"})",
+         moscow + R"("areaName":"Троицк"})",
+         clinic + R"("regionId":1,"nameShort":"Майкопская","areaName":"Майкоп",)"
+                  R"("ogrn":"1020100000001","oid":"1.2.643.5"})"});
+    put("Specialisations.json",
+        {R"({"ID":1,"NAME":"Терапия","PARENT":"0"})",
+         R"({"ID":2,"NAME":"аллергология","PARENT":"0"})",
+         R"({"ID":3,"NAME":"Гастроэнтерология","PARENT":"1"})", R"({"ID":4,"NAME":"Хирургия"})"});
 }
 
-void TestProfile::namesAreChecked_data() {
-    columns<QString, QString>("name", "error");
-    row("first and last", QString("Иванов Иван"), QString());
-    row("a hyphen and initials", QString("Петров-Водкин К. С."), QString());
-    row("brackets", QString("Иванов И. И. (Петров)"), QString());
-    row("a Roman number", QString("Иванов Иван IV"), QString());
-    row("nothing", QString(), QString("Поле обязательно для заполнения!"));
-    row("one word", QString("Иванов"), QString("Укажите ФИО полностью"));
-    row("255 characters", "Я " + QString(253, QChar(0x44B)), QString());
-    row("256 characters", "Я " + QString(254, QChar(0x44B)),
-        QString("ФИО не может превышать 255 символов"));
-    row("an open bracket", QString("Иванов (Иван"), QString("Пропущена закрывающая скобка"));
-    row("a closed bracket", QString("Иванов Иван)"), QString("Не проставлена открывающая скобка"));
-    row("two blanks", QString("Иванов  Иван"),
-        QString("Каждое слово должно быть разделено одним пробелом, без лишних пробелов в начале "
-                "или в конце"));
-    row("a blank at the end", QString("Иванов Иван "),
-        QString("Каждое слово должно быть разделено одним пробелом, без лишних пробелов в начале "
-                "или в конце"));
-    row("Latin", QString("Ivanov Ivan"), QString("Некорректное ФИО"));
-    row("brackets the wrong way", QString("Иванов )Иван("), QString("Некорректное ФИО"));
-}
-
-void TestProfile::namesAreChecked() {
-    QFETCH(QString, name);
-    const auto profile = open();
-    profile->get_UserFullName()->set_Text(name);
-    QTEST(profile->get_UserFullName()->get_Error(), "error");
-}
-
-void TestProfile::roomsAreChecked_data() {
-    columns<QString, QString>("room", "error");
+void TestProfile::textsAreChecked_data() {
+    columns<QString, QString, QString>("field", "text", "error");
     const QString forbidden("Недопустимые символы: ! \" № # $ % ^ & * + = ~ ' ; :");
-    row("none", QString(), QString());
-    row("ten characters", QString("каб. 212/3"), QString());
-    row("eleven", QString("каб. 212/34"),
-        QString("Название кабинета не может превышать 10 символов"));
-    row("a number sign", QString("№ 212"), forbidden);
-    row("a backquote", QString("2`2"), forbidden);
-    row("a mark within", QString("21:2"), forbidden);
+    row("no room", "WorkRoom", "", "");
+    row("ten characters", "WorkRoom", "каб. 212/3", "");
+    row("eleven", "WorkRoom", "каб. 212/34", "Название кабинета не может превышать 10 символов");
+    row("a number sign", "WorkRoom", "№ 212", forbidden);
+    row("a backquote", "WorkRoom", "2`2", forbidden);
+    row("a mark within", "WorkRoom", "21:2", forbidden);
+    const QString blanks("Каждое слово должно быть разделено одним пробелом, без лишних пробелов в "
+                         "начале или в конце");
+    row("first and last", "UserFullName", "Иванов Иван", "");
+    row("a hyphen and initials", "UserFullName", "Петров-Водкин К. С.", "");
+    row("brackets", "UserFullName", "Иванов И. И. (Петров)", "");
+    row("a Roman number", "UserFullName", "Иванов Иван IV", "");
+    row("nothing", "UserFullName", "", "Поле обязательно для заполнения!");
+    row("one word", "UserFullName", "Иванов", "Укажите ФИО полностью");
+    row("255 characters", "UserFullName", "Я " + QString(253, QChar(0x44B)), "");
+    row("256 characters", "UserFullName", "Я " + QString(254, QChar(0x44B)),
+        "ФИО не может превышать 255 символов");
+    row("an open bracket", "UserFullName", "Иванов (Иван", "Пропущена закрывающая скобка");
+    row("a closed bracket", "UserFullName", "Иванов Иван)", "Не проставлена открывающая скобка");
+    row("two blanks", "UserFullName", "Иванов  Иван", blanks);
+    row("a blank at the end", "UserFullName", "Иванов Иван ", blanks);
+    row("Latin", "UserFullName", "Ivanov Ivan", "Некорректное ФИО");
+    row("brackets the wrong way", "UserFullName", "Иванов )Иван(", "Некорректное ФИО");
 }
 
-void TestProfile::roomsAreChecked() {
-    QFETCH(QString, room);
+void TestProfile::textsAreChecked() {
+    QFETCH(QString, field);
+    QFETCH(QString, text);
     const auto profile = open();
-    profile->get_WorkRoom()->set_Text(room);
-    QTEST(profile->get_WorkRoom()->get_Error(), "error");
+    auto *edited = profile->property(qPrintable(field)).value<ValidatableText *>();
+    edited->set_Text(text);
+    QTEST(edited->get_Error(), "error");
 }
 
 void TestProfile::listsFollowOneAnother() {
@@ -210,17 +171,15 @@ void TestProfile::profileIsStoredAndRestored() {
 
 void TestProfile::filesAreJudged_data() {
     columns<QString, QByteArray, QString>("file", "content", "log");
-    row("no organisations", QString("Clinics.json"), QByteArray(),
-        QString("json file was not found "));
-    row("cut off", QString("Regions.json"), QByteArray("{\"records\":[{"),
-        QString("Failed to parse json file "));
-    row("empty", QString("Clinics.json"), QByteArray(""), QString("Failed to parse json file "));
-    row("a list", QString("Regions.json"), QByteArray("[]"),
-        QString("json file has incorrect format, root expected to be 'records' element with list "
-                "inside of it "));
-    row("no list", QString("Specialisations.json"), QByteArray("{\"records\":{}}"),
-        QString("json file has incorrect format, root expected to be 'records' element with list "
-                "inside of it "));
+    row("no organisations", "Clinics.json", QByteArray(), "json file was not found ");
+    row("cut off", "Regions.json", QByteArray("{\"records\":[{"), "Failed to parse json file ");
+    row("empty", "Clinics.json", QByteArray(""), "Failed to parse json file ");
+    row("a list", "Regions.json", QByteArray("[]"),
+        "json file has incorrect format, root expected to be 'records' element with list "
+        "inside of it ");
+    row("no list", "Specialisations.json", QByteArray("{\"records\":{}}"),
+        "json file has incorrect format, root expected to be 'records' element with list "
+        "inside of it ");
 }
 
 void TestProfile::filesAreJudged() {
@@ -268,18 +227,11 @@ void TestProfile::filesAreMadeOfTables() {
                  "id,regionId,organizationType,nameShort,areaName\n1,77,1,\"Яуза, клиника\",\n"));
     QVERIFY(save(m_folder->filePath("specialisations.json"),
                  R"([{"ID": 1, "NAME": "Терапия", "PARENT": 0}])"));
-    const QStringList arguments{"build",
-                                "--regions",
-                                m_folder->filePath("regions.csv"),
-                                "--clinics",
-                                m_folder->filePath("clinics.csv"),
-                                "--specialisations",
-                                m_folder->filePath("specialisations.json"),
-                                "--column",
-                                "SUBJECT=name",
-                                "--column",
-                                "ID=code",
-                                m_folder->filePath("out")};
+    const QStringList arguments =
+        QString("build --regions %1/regions.csv --clinics %1/clinics.csv --specialisations "
+                "%1/specialisations.json --column SUBJECT=name --column ID=code %1/out")
+            .arg(m_folder->path())
+            .split(' ');
     desk().run(SOURCE "/scripts/reference-data", arguments);
     ReferenceData data(m_folder->filePath("out"));
     QVERIFY(data.Load());

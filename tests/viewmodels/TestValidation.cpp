@@ -14,7 +14,6 @@ public:
         QObject::connect(field, &Field::changed_Error, [this](auto text) { add("error " + text); });
         QObject::connect(field, &Field::changed_IsValid,
                          [this](bool is) { add(is ? "valid" : "invalid"); });
-        QObject::connect(field, &Field::validateFailed, [this] { add("focus"); });
     }
     /// What came since the last call.
     QString take() { return std::exchange(m_lines, {}).join('|'); }
@@ -50,33 +49,8 @@ private slots:
         QCOMPARE(journal.take(), "error |valid|text b");
     }
 
-    void checksAnUntouchedField() {
-        ValidatableText field;
-        Journal journal(&field);
-        QVERIFY(field.CheckAndSetFocus());
-        field.setValidator(refuseEmpty);
-        QVERIFY(field.get_IsValid());
-        for (const char *expected : {"error пусто|invalid|focus", "focus"}) {
-            QVERIFY(!field.CheckAndSetFocus());
-            QCOMPARE(journal.take(), expected);
-        }
-    }
-
-    void takesTheProgramsTextUnchecked() {
-        ValidatableText field;
-        field.setValidator(refuseEmpty);
-        field.set_Text("throw");
-        Journal journal(&field);
-        field.SetText("");
-        QCOMPARE(journal.take(), "error |valid|text ");
-        field.SetText("throw");
-        QCOMPARE(journal.take(), "text throw");
-    }
-
     void checksNumbers_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("conversionError");
-        QTest::addColumn<QString>("error");
+        columns<QString, QString, QString>("text", "conversionError", "error");
         const QString none;
         const QString own = "не число";
         QTest::newRow("number") << "-12" << none << none;
