@@ -40,8 +40,7 @@ void print(const char *what, Samples samples) {
     std::fflush(stdout);
 }
 
-double cpuPercent(qint64 pid) {
-    constexpr int seconds = 10;
+double cpuPercent(qint64 pid, int seconds) {
     const double before = cpuSeconds(pid);
     QTest::qWait(seconds * 1000);
     return (cpuSeconds(pid) - before) / seconds * 100;

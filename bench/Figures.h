@@ -16,9 +16,9 @@ double nowMs();
 /// One line with the middle, the 99th of a hundred and the worst of the samples.
 void print(const char *what, Samples samples);
 
-/// What a process has used of one core over the next ten seconds, in percent; the event loop runs
+/// What a process has used of one core over the next seconds, in percent; the event loop runs
 /// meanwhile.
-double cpuPercent(qint64 pid);
+double cpuPercent(qint64 pid, int seconds = 10);
 
 long residentKiB(qint64 pid);
 

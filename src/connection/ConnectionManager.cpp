@@ -212,8 +212,9 @@ void ConnectionManager::applyState(ConnectionState newState, const QString &mess
         onModeStarted();
         break;
     case ConnectionState::Ready:
+        // Most blocks are not wanted, and need not wake this thread.
         connect(m_recordingDevice, &RecordingDeviceManager::SoundAvailable, this,
-                &ConnectionManager::SoundAvailable);
+                &ConnectionManager::SoundAvailable, Qt::DirectConnection);
         break;
     default:
         break;

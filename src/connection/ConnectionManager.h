@@ -15,8 +15,8 @@ class WebSocketClient;
 /// Keeps the client connected: asks the balancer for servers, tries them in turn, brings a new
 /// connection to the point where recognition can start, and starts over when it is lost.
 ///
-/// A worker with a thread of its own, on which all slots run but onUserNotification, which runs on
-/// the socket's thread; state() may be read from any thread.
+/// A worker with a thread of its own, on which all slots run but two: onUserNotification runs on
+/// the socket's thread, SoundAvailable on that of its sender. state() may be read from any thread.
 /// The collaborators are not owned and outlive this object.
 class ConnectionManager : public BaseWorker {
     Q_OBJECT

@@ -11,13 +11,9 @@
 #include <X11/extensions/XI2.h>
 #include <X11/extensions/XInput2.h>
 #include <X11/keysym.h>
+#include <climits>
 
 namespace {
-
-/// How often the worker looks for a stop without a connection, milliseconds.
-constexpr unsigned long IdlePause = 100;
-/// The longest time that a key event waits to be seen, milliseconds.
-constexpr unsigned long PollPause = 20;
 
 struct KnownKey {
     Qt::Key qtKey;
@@ -117,9 +113,9 @@ void KeyboardListener::cleanUp() {
 void KeyboardListener::repeatableWork(CancellationCondition *cancellation) {
     // Only this thread changes the pointer, so it reads it without the mutex.
     if (!m_display)
-        cancellation->pause(IdlePause);
+        cancellation->pause(ULONG_MAX);
     else if (XPending(m_display.get()) == 0)
-        cancellation->pause(PollPause);
+        cancellation->awaitInput(ConnectionNumber(m_display.get()));
     else
         readEvent();
 }
@@ -163,7 +159,6 @@ bool KeyboardListener::isXTestDevice(int deviceId) {
 
 void KeyboardListener::takeEdge(int keycode, bool isPress) {
     const int qtKey = getQtKey(keycode);
-    const QMutexLocker locker(&m_mutex);
     if (m_held == 0) {
         if (isPress) {
             m_held = keycode;

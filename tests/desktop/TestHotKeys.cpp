@@ -8,6 +8,7 @@
 #include "desktop/TextWriter.h"
 #include "desktop/XHotKeyManager.h"
 
+#include <QDir>
 #include <QSignalSpy>
 
 #include <atomic>
@@ -23,6 +24,18 @@ void store(bool useHotkey, const QString &hotKey, const QString &p2tKey) {
     settings.UseHotkey = useHotkey;
     settings.HotKey = hotKey;
     settings.P2TKey = p2tKey;
+}
+
+/// How often the listener's thread has gone to sleep so far; -1 without such a thread.
+int listenerSleeps() {
+    const QDir tasks("/proc/self/task");
+    for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QString status = VirtualDesk::read(tasks.filePath(task + "/status"));
+        // The system keeps fifteen letters of a name.
+        if (status.startsWith("Name:\tKeyboardListene\n"))
+            return status.section("\nvoluntary_ctxt_switches:", 1).section('\n', 0, 0).toInt();
+    }
+    return -1;
 }
 
 /// All emissions as "1/0/1 1/0/2".
@@ -102,6 +115,17 @@ private slots:
         }
         m_keyboard.setRepeating("Control_L", false);
         QCOMPARE(seen(spy), activated);
+    }
+
+    void listenerSleepsWithoutKeys() {
+        XHotKeyManager manager;
+        QTRY_VERIFY(manager.IsInitialized());
+        const int before = listenerSleeps();
+        QVERIFY(before >= 0);
+        QSignalSpy nothing(this, &QObject::destroyed);
+        QVERIFY(!nothing.wait(5 * Silence));
+        const int sleeps = listenerSleeps() - before;
+        QVERIFY2(sleeps < 5, qPrintable(QString("it looks for keys by itself: %1").arg(sleeps)));
     }
 
     void listenerReducesEdges_data() {
