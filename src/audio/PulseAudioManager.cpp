@@ -150,20 +150,27 @@ pa_utils::ContextRef PulseAudioManager::Connect() {
         pa_context_new(pa_threaded_mainloop_get_api(m_mainLoop),
                        QCoreApplication::applicationName().toUtf8().constData()));
     if (!context) {
-        qCWarning(pulselog) << "Unable to create new pulseaudio context";
+        reportFailure(QStringLiteral("Unable to create new pulseaudio context"));
         return nullptr;
     }
     pa_context_set_state_callback(context.get(), connecting_callback, m_mainLoop);
     const int code = pa_context_connect(context.get(), nullptr, PA_CONTEXT_NOFLAGS, nullptr);
     if (code < 0) {
-        qCWarning(pulselog).nospace() << "pa_context_connect failed, code = " << code;
+        reportFailure(QStringLiteral("pa_context_connect failed, code = %1").arg(code));
         return nullptr;
     }
     if (!WaitUntilReady(context.get()))
         return nullptr;
     qCDebug(pulselog) << "Connected to pulse audio";
+    m_lastFailure.clear();
     Subscribe(context.get());
     return context;
+}
+
+void PulseAudioManager::reportFailure(const QString &text) {
+    // There is a try a second, for as long as there is no server.
+    if (std::exchange(m_lastFailure, text) != text)
+        qCWarning(pulselog).noquote() << text;
 }
 
 bool PulseAudioManager::WaitUntilReady(pa_context *context) {
@@ -172,10 +179,10 @@ bool PulseAudioManager::WaitUntilReady(pa_context *context) {
         case PA_CONTEXT_READY:
             return true;
         case PA_CONTEXT_TERMINATED:
-            qCWarning(pulselog) << "Connection to pulse audio terminated";
+            reportFailure(QStringLiteral("Connection to pulse audio terminated"));
             return false;
         case PA_CONTEXT_FAILED:
-            qCWarning(pulselog) << "Connection to pulse audio failed";
+            reportFailure(QStringLiteral("Connection to pulse audio failed"));
             return false;
         default:
             pa_threaded_mainloop_wait(m_mainLoop);

@@ -71,6 +71,8 @@ signals:
 private:
     void StartMainLoop();
     pa_utils::ContextRef Connect();
+    /// Logs why there is no connection, unless the try before failed alike.
+    void reportFailure(const QString &text);
     bool WaitUntilReady(pa_context *context);
     void Subscribe(pa_context *context);
     void OnConnected();
@@ -83,6 +85,7 @@ private:
     pa_threaded_mainloop *m_mainLoop = nullptr;
     /// Null while not connected; touched under the main loop's lock only.
     pa_context *m_context = nullptr;
+    QString m_lastFailure;
     QThread m_thread;
     QTimer m_reconnectTimer{this};
     /// Stays on the main thread, as Qt's engine does.

@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include <sys/socket.h>
+#include <utility>
 
 namespace {
 
@@ -147,10 +148,14 @@ void RestProxyServer::restartServer() {
     if (listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
         qCInfo(restProxyLog).noquote().nospace()
             << "Start listen to http://localhost:" << port << "/";
+        m_failedPort = 0;
     } else {
         qCWarning(restProxyLog).noquote().nospace()
             << "Error while starting listen to http://localhost:" << port << "/ \n"
             << errorString();
+        // Each connection to a server tries again.
+        if (std::exchange(m_failedPort, port) != port)
+            emit listenFailed(port);
     }
 }
 

@@ -47,6 +47,10 @@ public slots:
     void onWsConnectionState(const ConnectionStateInfo &stateInfo);
     void onSettingsChanged();
 
+signals:
+    /// The port cannot be had. Not repeated for the same port before it could be.
+    void listenFailed(int port);
+
 protected:
     void incomingConnection(qintptr descriptor) override;
 
@@ -83,6 +87,7 @@ private:
     static QByteArray readdress(QByteArray request);
 
     QThread m_thread;
+    int m_failedPort = 0;
     std::chrono::milliseconds m_requestTime;
     QHash<QTcpSocket *, Connection> m_connections;
 };

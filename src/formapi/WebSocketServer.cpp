@@ -32,10 +32,13 @@ quint16 WebSocketServer::port() const {
 }
 
 void WebSocketServer::onStart(int port) {
-    if (!m_server->listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
-        qWarning().noquote() << "Forms cannot connect, port" << port << "-"
-                             << m_server->errorString();
+    if (m_server->listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
+        m_failedPort = 0;
+        return;
     }
+    qWarning().noquote() << "Forms cannot connect, port" << port << "-" << m_server->errorString();
+    if (std::exchange(m_failedPort, port) != port)
+        emit listenFailed(port);
 }
 
 void WebSocketServer::onStop() {

@@ -11,7 +11,7 @@ class WebSocketServerSession;
 /// A WebSocket server on the loopback address, generic over its sessions, which it owns.
 ///
 /// Lives on the thread that made it; start and stop may be emitted from any thread. A port that
-/// cannot be had leaves the server quiet.
+/// cannot be had leaves the server quiet, but for a signal.
 class WebSocketServer : public QObject {
     Q_OBJECT
 
@@ -27,6 +27,8 @@ signals:
     /// Also closes every session.
     void stop();
     void closed();
+    /// The port cannot be had. Not repeated for the same port before it could be.
+    void listenFailed(int port);
 
 protected slots:
     /// @return null if the client has gone already
@@ -49,5 +51,6 @@ private:
     void onStop();
 
     QWebSocketServer *m_server;
+    int m_failedPort = 0;
     QList<WebSocketServerSession *> m_sessions;
 };

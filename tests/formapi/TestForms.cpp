@@ -424,8 +424,11 @@ void TestForms::listensAnew() {
     emit server().stop();
     QTRY_VERIFY(!form.isOpen());
     QCOMPARE(form.socket().closeCode(), QWebSocketProtocol::CloseCodeGoingAway);
-    emit server().start(taken.serverPort());
+    const QSignalSpy failures(&server(), &WebSocketServer::listenFailed);
+    for (int i = 0; i < 2; ++i)
+        emit server().start(taken.serverPort());
     QCOMPARE(server().port(), quint16(0));
+    QCOMPARE(failures, QList<QVariantList>{{int(taken.serverPort())}});
     emit server().stop();
     emit server().start(port);
     Form again(server());

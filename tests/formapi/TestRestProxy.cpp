@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
+#include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
@@ -348,6 +349,15 @@ void TestRestProxy::listensWhileThereIsAServer() {
     QTcpSocket other;
     other.connectToHost(QStringLiteral("127.0.0.3"), m_port);
     QVERIFY2(!other.waitForConnected(), "only one address of this machine is served");
+    QTcpServer taken;
+    QVERIFY(taken.listen(QHostAddress::LocalHost));
+    FormApiSettings().RestPort = taken.serverPort();
+    const QSignalSpy failures(m_proxy.get(), &RestProxyServer::listenFailed);
+    for (int i = 0; i < 2; ++i)
+        enter(ConnectionState::WsConnected);
+    QCOMPARE(failures, QList<QVariantList>{{int(taken.serverPort())}});
+    FormApiSettings().RestPort = m_port;
+    enter(ConnectionState::WsConnected);
     m_server->close();
     const Answer got(ask({"GET /a HTTP/1.1\r\nHost: localhost\r\n\r\n"}));
     QVERIFY2(got.head.startsWith("HTTP/1.1 504"), got.head);
