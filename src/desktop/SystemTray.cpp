@@ -36,11 +36,15 @@ SystemTray::~SystemTray() {
 void SystemTray::DelayShow() {
     if (QSystemTrayIcon::isSystemTrayAvailable()) {
         m_trayIcon->setVisible(true);
+        emit found();
         // The tray takes the icon in its own time, and a message points at it.
         QTimer::singleShot(1000ms, this, &SystemTray::showKeptFailure);
         return;
     }
-    qDebug() << "System tray Unavaliable, wait...";
+    if (m_waits == 0)
+        qDebug() << "System tray Unavaliable, wait...";
+    if (++m_waits == m_patience)
+        emit missing();
     m_delay.start();
 }
 

@@ -48,6 +48,10 @@ signals:
     void signalSelfTest();
     /// @param localHelpFile  path of an existing file
     void signalShowManual(QString localHelpFile);
+    /// The session has had no tray for ten seconds, and may still get one.
+    void missing();
+    /// The icon shows.
+    void found();
 
 private:
     void CreateMenu();
@@ -60,6 +64,7 @@ private:
     void showKeptFailure();
 
     const int m_messageDuration = 4000; ///< milliseconds
+    const int m_patience = 11;          ///< looks for a tray, one a second
     const QString m_menuStyleSheet = QStringLiteral(":/qss/menuStyle.qss");
     const QString m_warningIconPath = QStringLiteral(":/replaceable/warning_icon.ico");
     const QString m_defaultIconPath = QStringLiteral(":/replaceable/default_icon.ico");
@@ -76,6 +81,7 @@ private:
     QAction *m_quitAction = nullptr;
     QAction *m_selfTestAction = nullptr; ///< null unless the self test is enabled
     QAction *m_manualAction = nullptr;   ///< null unless the manual is there
+    int m_waits = 0;
     /// The failure of the connection has been shown, and none has stood since.
     bool m_errorShown = false;
     /// The failure that is to be shown when there is a tray; empty for none.
