@@ -16,7 +16,8 @@ std::optional<QRegularExpression> tryCreateRegexp(const QString &pattern) {
     try {
         return AutoReplaceManager::CreateRegexp(pattern);
     } catch (const std::exception &) {
-        qInfo().noquote().nospace()
+        qInfo() << "A phrase that cannot be looked for, characters:" << pattern.size();
+        qDebug().noquote().nospace()
             << "Error while create regexp: " << UserCommand::NormalizePattern(pattern);
         return std::nullopt;
     }

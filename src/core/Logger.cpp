@@ -1,13 +1,18 @@
 #include "core/Logger.h"
 
 #include "core/AppVariables.h"
+#include "core/LogFiles.h"
 
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QScopeGuard>
+#include <QStandardPaths>
 #include <QStringList>
 
 #include <easylogging++.h>
+#include <sys/stat.h>
 
 INITIALIZE_EASYLOGGINGPP
 
@@ -64,8 +69,48 @@ bool applyConfiguration(const QString &text) {
     el::Configurations configurations;
     if (!isWellFormed(text) || !configurations.parseFromText(text.toStdString()))
         return false;
+    // The folders and files that this makes. No thread of ours runs yet that could make others.
+    const mode_t mask = ::umask(S_IRWXG | S_IRWXO);
+    const auto restore = qScopeGuard([mask] { ::umask(mask); });
     el::Loggers::setDefaultConfigurations(configurations, true);
     return true;
+}
+
+/// The files that a logger writes to: a configuration can give each level its own, or none.
+QStringList filesOf(el::Logger *logger) {
+    if (!logger->configurations()->hasConfiguration(el::ConfigurationType::Filename))
+        return {};
+    QStringList files;
+    el::base::type::EnumType level = el::LevelHelper::kMinValid;
+    el::LevelHelper::forEachLevel(&level, [&] {
+        files << QString::fromStdString(
+            logger->typedConfigurations()->filename(el::LevelHelper::castFromInt(level)));
+        return false;
+    });
+    files.removeDuplicates();
+    return files;
+}
+
+/// A file can be older than this program's care for it, and a logger made later can have one of its
+/// own: its name may hold the time.
+void keepFilesPrivate(el::Logger *logger) {
+    const QStringList files = filesOf(logger);
+    for (const QString &file : files)
+        LogFiles::keepPrivate(file);
+}
+
+void tidyLogFolders() {
+    const QString own =
+        QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/logs");
+    if (QFileInfo(own).isDir())
+        QFile::setPermissions(own, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QStringList folders{own};
+    const QStringList files = filesOf(el::Loggers::getLogger("default"));
+    for (const QString &file : files)
+        folders << QFileInfo(file).absolutePath();
+    folders.removeDuplicates();
+    for (const QString &folder : qAsConst(folders))
+        LogFiles::tidy(folder);
 }
 
 /// The text of "log.ini" beside the executable, expanded; empty, with a problem noted, if there
@@ -132,6 +177,8 @@ void InitLogger(int argc, char **argv) {
                  : AppVariables::sm_stdVars.substitute(QString::fromUtf8(fallbackConfiguration));
     if (!usesFile && !applyConfiguration(fallback))
         problems << QStringLiteral("Failed to configure logger, only console log is used.");
+    keepFilesPrivate(el::Loggers::getLogger("default"));
+    tidyLogFolders();
 
     el::Helpers::setArgs(argc, argv);
     logStart(problems);
@@ -140,10 +187,13 @@ void InitLogger(int argc, char **argv) {
 }
 
 void vmLogHandler(QtMsgType type, const QMessageLogContext &context, const QString &message) {
+    const char *const category = context.category ? context.category : "default";
+    if (!el::Loggers::hasLogger(category))
+        keepFilesPrivate(el::Loggers::getLogger(category));
     MessageWriter writer(levelOf(type), context.file ? context.file : "",
                          static_cast<el::base::type::LineNumber>(context.line),
                          context.function ? context.function : "");
-    writer.construct(1, context.category ? context.category : "default");
+    writer.construct(1, category);
     if (writer.hasLogger())
         writer << message.toUtf8().constData();
 }

@@ -7,6 +7,18 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+
+namespace {
+
+/// A process whose new files are their owner's alone.
+class PrivateProcess : public QProcess {
+protected:
+    void setupChildProcess() override { ::umask(S_IRWXG | S_IRWXO); }
+};
+
+} // namespace
+
 GeneralSystemInformationManager::GeneralSystemInformationManager() {
     m_components.push_back(std::make_unique<EnvironmentInformation>());
     m_components.push_back(std::make_unique<UserInformation>());
@@ -26,7 +38,7 @@ void GeneralSystemInformationManager::CollectSystemInformation(const QString &ar
 void GeneralSystemInformationManager::CompressDirectory(const QString &archivePath,
                                                         const QString &folder) {
     constexpr int timeoutMs = 30000;
-    QProcess tar;
+    PrivateProcess tar;
     tar.start(QStringLiteral("tar"), {QStringLiteral("-C"), folder, QStringLiteral("-zcvf"),
                                       archivePath, QStringLiteral(".")});
     if (!tar.waitForFinished(timeoutMs) || tar.exitCode() != 0) {

@@ -1,6 +1,6 @@
 #include "Program.h"
 
-#include "Patience.h"
+#include "DeskTest.h"
 #include "Stand.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
@@ -10,17 +10,18 @@
 #include <QCoreApplication>
 #include <QFile>
 
-Program::Program(const QString &executable) {
+Program::Program(const QString &executable, const QStringList &arguments) {
     // The profile is asked for where a test says so.
     if (!StatisticsSettings().contains("FillOrganisationUserInfo"))
         StatisticsSettings().setValue("FillOrganisationUserInfo", false);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // With whole stacks a leak of Qt's can be told from one of ours.
-    environment.insert("ASAN_OPTIONS", "fast_unwind_on_malloc=0:malloc_context_size=10");
+    environment.insert("ASAN_OPTIONS",
+                       "fast_unwind_on_malloc=0:malloc_context_size=10:exitcode=99");
     environment.insert("LSAN_OPTIONS", "suppressions=" LEAKS_OF_QT ":print_suppressions=0");
     m_process.setProcessEnvironment(environment);
-    m_process.start(executable.isEmpty() ? builtExecutable() : executable, QStringList());
+    m_process.start(executable.isEmpty() ? builtExecutable() : executable, arguments);
     m_process.waitForStarted();
 }
 
@@ -31,6 +32,26 @@ Program::~Program() {
 
 QString Program::builtExecutable() {
     return QCoreApplication::applicationDirPath() + "/vellumar";
+}
+
+QDir Program::copy() {
+    QDir folder(desk().folder() + "/program");
+    folder.removeRecursively();
+    folder.mkpath(".");
+    const QDir built(QCoreApplication::applicationDirPath());
+    for (const char *name : {"vellumar", "autoreplaces.json"})
+        QFile::copy(built.filePath(QLatin1String(name)), folder.filePath(QLatin1String(name)));
+    return folder;
+}
+
+QString Program::install(const QString &file) {
+    const QDir folder = copy();
+    VirtualDesk::write(folder.filePath("log.ini"),
+                       "* GLOBAL:\n  FORMAT = \"%level %msg\"\n  FILENAME = \"" +
+                           file.toLocal8Bit() +
+                           "\"\n  ENABLED = true\n  TO_FILE = true\n"
+                           "  TO_STANDARD_OUTPUT = true\n* DEBUG:\n  ENABLED = false\n");
+    return folder.filePath("vellumar");
 }
 
 QString Program::log() {
@@ -89,9 +110,9 @@ void writeSettings(const Stand &stand) {
     Settings(QString()).sync();
 }
 
-std::unique_ptr<Program> startProgram(Stand *stand) {
+std::unique_ptr<Program> startProgram(Stand *stand, const QString &executable) {
     writeSettings(*stand);
-    auto program = std::make_unique<Program>();
+    auto program = std::make_unique<Program>(executable);
     return nextMode(stand, patienceMs).isUndefined() ? nullptr : std::move(program);
 }
 

@@ -2,6 +2,7 @@
 
 #include "DeskProcess.h"
 
+#include <QDir>
 #include <QJsonValue>
 #include <QString>
 
@@ -13,13 +14,19 @@ class Stand;
 /// this object.
 class Program {
 public:
-    /// @param executable  a copy to run, or empty for the built one
-    explicit Program(const QString &executable = QString());
+    /// @param executable  a copy to run, or what starts one; empty for the built one
+    explicit Program(const QString &executable = QString(), const QStringList &arguments = {});
     /// Prints the end of the log if the test has failed.
     ~Program();
     Q_DISABLE_COPY_MOVE(Program)
 
     static QString builtExecutable();
+    /// A new copy of the executable and what it needs beside it, in a folder of its own.
+    static QDir copy();
+    /// The same with a log as an installed program has it, that is without debug lines.
+    /// @param file  what it writes to
+    /// @return the copied executable
+    static QString install(const QString &file);
 
     QString log();
     /// Waits for a piece of the log behind the one that the last wait found.
@@ -49,8 +56,8 @@ const QString doubleCtrl = "+Control_L -Control_L +Control_L -Control_L";
 void clearSettings();
 /// Lets the next program connect to this stand by itself, with a dictionary chosen.
 void writeSettings(const Stand &stand);
-/// Starts the program so that it connects to the stand.
+/// Starts the program, or a copy of it, so that it connects to the stand.
 /// @return once its last opening message is sent; null if it does not come
-std::unique_ptr<Program> startProgram(Stand *stand);
+std::unique_ptr<Program> startProgram(Stand *stand, const QString &executable = {});
 /// Waits for a request of a mode: null for dictation, undefined if none comes.
 QJsonValue nextMode(Stand *stand, int timeoutMs = 20000);

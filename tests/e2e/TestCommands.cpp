@@ -238,6 +238,45 @@ private slots:
         QTEST(editor.text(), "typed");
     }
 
+    void keepsWordsOutOfAnInstalledLog_data() {
+        columns<bool>("isInstalled");
+        row("installed", true);
+        row("in the build tree, where debug lines tell", false);
+    }
+
+    void keepsWordsOutOfAnInstalledLog() {
+        QFETCH(bool, isInstalled);
+        const QString document = desk().folder() + "/secret.txt";
+        desk().write(document, "документ");
+        const QString script = desk().folder() + "/talkative.sh";
+        const QString output = desk().folder() + "/printed";
+        desk().write(script, "#!/bin/sh\necho вывод | tee " + output.toUtf8() + "\n");
+        QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        store(QString(),
+              {command("exe", "запустить", script), command("file", "вставить", document),
+               command("key", "нажать", "Ctrl+C"), command("text", "сокращение", "развёрнутое")});
+        QDir(commandsFolder()).mkpath("../Avocado");
+        desk().write(commandsFolder() + "/../Avocado/AvocadoWords.txt", "личное");
+        Editor editor(QString("log%1.txt").arg(isInstalled));
+        const QString file = desk().folder() + "/installed.log";
+        m_program = startProgram(m_stand.get(), isInstalled ? Program::install(file) : QString());
+        QVERIFY(m_program && startDictation());
+        m_stand->sayResult("сказанное", false);
+        m_stand->sayResult("сказанное сокращение");
+        for (const char *phrase : {"запустить", "нажать", "вставить"})
+            speak(phrase);
+        QTRY_VERIFY(editor.text().endsWith("Сказанное развёрнутое документ"));
+        QTRY_VERIFY(QFile::exists(output));
+        QCOMPARE(m_program->terminate(), 0);
+        const QString log = isInstalled ? desk().read(file) : m_program->log();
+        QVERIFY(log.contains("Quit app"));
+        QCOMPARE(log.contains("сказанное"), !isInstalled);
+        for (const char *word : {"сокращение", "развёрнутое", "документ", "запустить", "нажать",
+                                 "вставить", "вывод", "личное"})
+            QVERIFY2(!isInstalled || !log.contains(QString::fromUtf8(word)), word);
+        QFile::remove(output);
+    }
+
 private:
     /// Starts the program and waits until all its opening messages are sent.
     bool start() {

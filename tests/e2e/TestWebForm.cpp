@@ -56,6 +56,7 @@ private:
     QString focused() { return m_browser->eval("document.activeElement.id"); }
 
     const QString m_ready = "Диктовка в форму: говорите";
+    const QString m_log = desk().folder() + "/installed.log";
     std::unique_ptr<Stand> m_stand;
     std::unique_ptr<Program> m_program;
     std::unique_ptr<Browser> m_browser;
@@ -71,7 +72,7 @@ void TestWebForm::initTestCase() {
     writeSettings(*m_stand);
     FormApiSettings().Port = port;
     FormApiSettings().RestPort = restPort;
-    m_program = startProgram(m_stand.get());
+    m_program = startProgram(m_stand.get(), Program::install(m_log));
     QVERIFY(m_program);
     m_browser = std::make_unique<Browser>();
 }
@@ -81,6 +82,10 @@ void TestWebForm::cleanupTestCase() {
     QCOMPARE(m_program->terminate(), 0);
     m_program.reset();
     m_stand.reset();
+    const QString log = desk().read(m_log);
+    QVERIFY(log.contains("GET REQUEST"));
+    for (const char *word : {"кашель", "болеет", "Бронхит", "бронхит", "слово", "после"})
+        QVERIFY2(!log.contains(QString::fromUtf8(word)), word);
 }
 
 void TestWebForm::init() {

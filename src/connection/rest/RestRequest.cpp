@@ -43,7 +43,8 @@ QNetworkRequest buildRequest(const QUrl &url, const QSslConfiguration *sslConfig
 
 QNetworkReply *sendRequest(QNetworkAccessManager *manager, const QNetworkRequest &request,
                            Method httpMethod, const QByteArray &data) {
-    const QString url = request.url().toString();
+    // What a form asks for by name, words that were typed perhaps, stands in the query.
+    const QString url = request.url().toString(QUrl::RemoveQuery);
     switch (httpMethod) {
     case Method::Post:
         qInfo().noquote().nospace() << "POST REQUEST " << url << "\n";
