@@ -1,14 +1,19 @@
 #include "core/RunGuard.h"
 
 #include <QCryptographicHash>
+#include <QDir>
+
+#include <unistd.h>
 
 namespace {
 
 constexpr int segmentBytes = 8;
 
+/// Of each user of the machine's own: what belongs to one is out of reach of the others.
 QString generateKeyHash(const QString &key, const QString &suffix) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(key.toUtf8());
+    hash.addData(QByteArray::number(::geteuid()));
     hash.addData(suffix.toUtf8());
     return QString::fromLatin1(hash.result().toHex());
 }
@@ -65,6 +70,22 @@ bool RunGuard::tryToRun() {
     if (!isCreated)
         release();
     return isCreated;
+}
+
+QString RunGuard::failure() const {
+    switch (m_sharedMem.error()) {
+    case QSharedMemory::NoError:
+    case QSharedMemory::AlreadyExists:
+        return QString();
+    case QSharedMemory::PermissionDenied:
+        return tr("нет прав на её разделяемую память");
+    case QSharedMemory::OutOfResources:
+        return tr("разделяемая память системы исчерпана");
+    case QSharedMemory::KeyError:
+        return tr("в папке %1 нельзя создать файл").arg(QDir::tempPath());
+    default:
+        return m_sharedMem.errorString();
+    }
 }
 
 void RunGuard::release() {

@@ -18,12 +18,14 @@
 #include "core/Logger.h"
 #include "core/QuitSignals.h"
 #include "core/RunGuard.h"
+#include "core/StartProblem.h"
 #include "core/settings/ASRSettings.h"
 #include "core/settings/FormApiSettings.h"
 #include "core/settings/HotkeySettings.h"
 #include "core/settings/SelfTestSettings.h"
 #include "core/settings/StatisticsSettings.h"
 #include "core/workers/SubService.h"
+#include "desktop/DesktopSession.h"
 #include "desktop/HotKeyManager.h"
 #include "desktop/Hotkey.h"
 #include "desktop/NativeGeometry.h"
@@ -62,6 +64,7 @@
 #include <QQmlContext>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QSessionManager>
 #include <QWindow>
 
 namespace {
@@ -122,8 +125,14 @@ int WindowsManager::runApplication(int argc, char **argv) {
     // Before the application object, so that every widget starts with it.
     QApplication::setFont(QFont(m_fontFamily));
     const GraphicsBackend graphics;
+    const DesktopSession session(argc, argv);
+    if (!session.problem().isEmpty()) {
+        StartProblem::tellConsole(session.problem());
+        return StartProblem::Status;
+    }
     QApplication application(argc, argv);
     graphics.leaveEnvironment();
+    session.leaveEnvironment();
     InitLogger(argc, argv);
     if (m_mainWindow)
         return -1;
@@ -131,15 +140,26 @@ int WindowsManager::runApplication(int argc, char **argv) {
     QCoreApplication::installTranslator(&dialogs);
     QApplication::setWindowIcon(QIcon(m_iconPath));
     QApplication::setQuitOnLastWindowClosed(false);
+    leaveSessionToItsManager();
+    const QString closedFolder = StartProblem::ofFolders();
+    if (!closedFolder.isEmpty())
+        return StartProblem::tell(closedFolder);
     QQmlApplicationEngine engine;
 
     RunGuard guard(QStringLiteral("Vellumar_Qt"));
     if (!guard.tryToRun()) {
+        if (!guard.failure().isEmpty()) {
+            return StartProblem::tell(
+                tr("Не удалось проверить, не запущена ли программа: %1. Обратитесь "
+                   "к системному администратору.")
+                    .arg(guard.failure()));
+        }
         QMessageBox::critical(nullptr, tr("Ошибка"), tr("Приложение уже запущено"),
                               QMessageBox::Ok);
         return -1;
     }
     m_runGuard = &guard;
+    m_isWayland = session.isWayland();
     disablePunctuationWhereUnavailable();
 
     UserCommandsManager userCommands;
@@ -226,6 +246,7 @@ void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     m_heartbeatService = nullptr;
     while (!m_subServices.empty())
         m_subServices.pop_back();
+    m_trayNotice.reset();
     m_tray.reset();
     m_runGuard = nullptr;
 }
@@ -238,9 +259,13 @@ void WindowsManager::stopDevices(PulseAudioManager *pulseAudio) {
 }
 
 int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
+    QList<QQmlError> errors;
+    const auto collecting = connect(engine, &QQmlEngine::warnings, this,
+                                    [&](const QList<QQmlError> &found) { errors += found; });
     engine->load(m_mainQml);
+    disconnect(collecting);
     if (engine->rootObjects().isEmpty())
-        return -1;
+        return StartProblem::tell(StartProblem::ofInterface(errors));
     m_mainWindow = qobject_cast<QWindow *>(engine->rootObjects().constLast());
     const QuitSignals quitSignals(nullptr);
     connect(&quitSignals, &QuitSignals::quitRequested, this, &WindowsManager::closeApplication);
@@ -254,6 +279,17 @@ int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
     // object has run, and is read for nothing else.
     qDeleteAll(engine->rootObjects());
     return result;
+}
+
+void WindowsManager::leaveSessionToItsManager() {
+    // Qt would ask each window to close; the monitor's refuses, and with it the whole session.
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
+    // The session starts the program by its own entry, so it is not to be brought back beside that.
+    const auto neverRestart = [](QSessionManager &manager) {
+        manager.setRestartHint(QSessionManager::RestartNever);
+    };
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, neverRestart);
+    connect(qGuiApp, &QGuiApplication::saveStateRequest, this, neverRestart);
 }
 
 void WindowsManager::disablePunctuationWhereUnavailable() {
@@ -272,7 +308,24 @@ void WindowsManager::connectHotKeys() {
 
 void WindowsManager::createTray(QQmlApplicationEngine *engine) {
     m_tray = std::make_unique<SystemTray>(nullptr);
+    connect(m_tray.get(), &SystemTray::missing, this, &WindowsManager::reportMissingTray);
     engine->rootContext()->setContextProperty(QStringLiteral("systemTray"), m_tray.get());
+}
+
+void WindowsManager::reportMissingTray() {
+    const QString text = tr(
+        "В этом сеансе нет области уведомлений (трея), поэтому значка и меню программы не видно. "
+        "Диктовка работает. Добавьте область уведомлений на панель рабочего стола; в GNOME для "
+        "этого нужно расширение AppIndicator.");
+    StartProblem::tellConsole(text);
+    qWarning() << "The session has no system tray";
+    m_trayNotice = std::make_unique<QMessageBox>(
+        QMessageBox::Warning, tr("Нет области уведомлений"), text, QMessageBox::Ok);
+    // The focus is where the user dictates to.
+    m_trayNotice->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_trayNotice->setModal(false);
+    m_trayNotice->show();
+    connect(m_tray.get(), &SystemTray::found, m_trayNotice.get(), &QWidget::close);
 }
 
 void WindowsManager::loadCommands(UserCommandsManager *userCommands) {
@@ -301,6 +354,8 @@ void WindowsManager::createWebSocketWorker(AutoReplaceManager *autoReplace,
             this, &WindowsManager::processUserNotification);
     connect(m_webSocketWorker->webSocketServer(), &WebSocketProxyServer::notifyUser, this,
             &WindowsManager::processUserNotification);
+    connect(m_webSocketWorker->webSocketServer(), &WebSocketServer::listenFailed, this,
+            [this](int port) { reportTakenPort(port, QStringLiteral("Port")); });
     AsrManager *asrManager = m_webSocketWorker->asrManager();
     connect(recognition, &RecognitionSettingsViewModel::recognitionSettingsChanged, asrManager,
             &AsrManager::applyRecognitionSettings);
@@ -390,6 +445,8 @@ void WindowsManager::connectRecognition() {
 
 void WindowsManager::createRestProxy(QQmlApplicationEngine *engine) {
     m_restProxy = std::make_unique<RestProxyServer>();
+    connect(m_restProxy.get(), &RestProxyServer::listenFailed, this,
+            [this](int port) { reportTakenPort(port, QStringLiteral("RestPort")); });
     engine->rootContext()->setContextProperty(QStringLiteral("restProxyServer"), m_restProxy.get());
 }
 
@@ -477,6 +534,26 @@ void WindowsManager::startSubServices() {
         if (service->autoStart())
             service->Start();
     }
+    if (m_isWayland) {
+        warn(tr("Сеанс Wayland"),
+             tr("Программа печатает только в окна X11 (XWayland), а клавиши видит, лишь пока такое "
+                "окно активно. Чтобы диктовать в любые окна, выберите на экране входа сеанс X11 "
+                "(Xorg)."));
+    }
+}
+
+void WindowsManager::warn(const QString &title, const QString &message) {
+    UserNotification notification(NotificationType::Warning, title, message);
+    notification.setForce(true);
+    processUserNotification(notification);
+}
+
+void WindowsManager::reportTakenPort(int port, const QString &key) {
+    warn(tr("Веб-формы"),
+         tr("Порт %1 занят другой программой или другим пользователем компьютера, и веб-формы не "
+            "смогут работать. Освободите его или задайте другой: ключ %2 группы FormApiServer в "
+            "файле %3.")
+             .arg(QString::number(port), key, FormApiSettings().fileName()));
 }
 
 void WindowsManager::stopSubServices() {

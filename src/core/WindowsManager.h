@@ -24,6 +24,7 @@ class LaunchSettingsViewModel;
 class NetworkSettingsViewModel;
 class PlaybackDeviceManager;
 class PulseAudioManager;
+class QMessageBox;
 class QQmlApplicationEngine;
 class QWindow;
 class RecognitionSettingsViewModel;
@@ -120,6 +121,12 @@ private:
     void createTtsManager(PlaybackDeviceManager *playbackDevice,
                           SynthesisSettingsViewModel *synthesis);
     void createTray(QQmlApplicationEngine *engine);
+    void reportMissingTray();
+    /// @param key  of the settings, that names the port
+    void reportTakenPort(int port, const QString &key);
+    /// Shows a warning of the client's own, connected or not.
+    void warn(const QString &title, const QString &message);
+    void leaveSessionToItsManager();
     void connectHotKeys();
     void connectLaunchSettings(LaunchSettingsViewModel *launch);
     void connectRecognition();
@@ -142,6 +149,9 @@ private:
     /// In the order of creation; each owns its worker.
     std::vector<std::unique_ptr<SubService>> m_subServices;
     std::unique_ptr<SystemTray> m_tray;
+    /// Null unless the session had no tray.
+    std::unique_ptr<QMessageBox> m_trayNotice;
+    bool m_isWayland = false;
     QWindow *m_mainWindow = nullptr;
     ConnectionManager *m_connectionManager = nullptr;
     WebSocketWorker *m_webSocketWorker = nullptr;

@@ -5,7 +5,12 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLibraryInfo>
 #include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 /// The process itself: start, log, the single instance, the end.
 class TestProgram : public QObject {
@@ -50,38 +55,81 @@ private slots:
         QCOMPARE(next.terminate(), 0);
     }
 
-    void endsWithoutItsCommands_data() {
-        QTest::addColumn<bool>("isGarbled");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("a garbled file of the user's")
-            << true << "Invalid file format, file '%1/default.json', error 'unterminated array'";
-        QTest::newRow("no file of the system's")
-            << false << "Cannot open file '%1/autoreplaces.json' for reading";
+    void refusesToStart_data() {
+        columns<QByteArray, QString, bool, int>("environment", "reason", "hasBox", "status");
+        const QByteArray data = qgetenv("XDG_DATA_HOME") + "/Ostrel/Vellumar";
+        row("a garbled file of the user's", QByteArray(),
+            "Invalid file format, file '" + QString(data) + "/commands/default.json', error '" +
+                "unterminated array'",
+            true, 255);
+        row("no file of the system's", QByteArray(), QString("program/autoreplaces.json' for"),
+            true, 255);
+        row("no module of the interface", QByteArray(),
+            QString("не установлен модуль QML «QtQuick"), true, 1);
+        row("no right to write at home", QByteArray("XDG_CONFIG_HOME=/dev/null/config"),
+            QString("Нет прав на запись в папку «/dev/null/config/Ostrel/Vellumar»"), true, 1);
+        row("no place for the guard", QByteArray("TMPDIR=/proc"),
+            QString("не запущена ли программа: в папке /proc нельзя создать файл"), true, 1);
+        row("no screen", QByteArray("DISPLAY="), QString("переменная DISPLAY не задана"), false, 1);
+        row("a screen that is not there", QByteArray("DISPLAY=:4321"),
+            QString("подключиться к экрану «:4321»"), false, 1);
+        row("Wayland alone", QByteArray("XDG_SESSION_TYPE=wayland DISPLAY="),
+            QString("сеансе Wayland без XWayland"), false, 1);
     }
 
-    void endsWithoutItsCommands() {
-        QFETCH(bool, isGarbled);
+    void refusesToStart() {
+        QFETCH(QByteArray, environment);
         QFETCH(QString, reason);
+        QFETCH(bool, hasBox);
+        QFETCH(int, status);
         const QString commands =
             qEnvironmentVariable("XDG_DATA_HOME") + "/Ostrel/Vellumar/commands";
         QVERIFY(QDir().mkpath(commands));
         const QByteArray garbled = "{\"Commands\": [";
         const QString file = commands + "/default.json";
-        if (isGarbled)
+        const QDir folder = Program::copy();
+        if (reason.contains("default.json"))
             desk().write(file, garbled);
-        const QDir folder = copyProgram();
-        if (!isGarbled)
+        if (reason.contains("autoreplaces.json"))
             QVERIFY(QFile::remove(folder.filePath("autoreplaces.json")));
+        if (reason.contains("QML"))
+            desk().write(folder.filePath("qt.conf"),
+                         "[Paths]\nQml2Imports=/dev/null\nPlugins=" +
+                             QLibraryInfo::location(QLibraryInfo::PluginsPath).toLocal8Bit());
 
-        Program program(folder.filePath("vellumar"));
-        closeMessage();
-        QCOMPARE(program.waitForExit(), 255);
-        const QStringList lines{"Application exception at startup: ",
-                                reason.arg(isGarbled ? commands : folder.path()), "Startup failed"};
-        for (const QString &line : lines)
-            QVERIFY(program.waitForLog(line, 0));
-        if (isGarbled)
+        auto program = startWith(environment, folder.filePath("vellumar"));
+        if (hasBox)
+            closeMessage();
+        QCOMPARE(program->waitForExit(), status);
+        QVERIFY(program->waitForLog(reason, 0));
+        if (reason.contains("default.json"))
             QCOMPARE(desk().read(file), QString(garbled));
+    }
+
+    void runsForEachUser() {
+        if (::geteuid() != 0)
+            QSKIP("only root can start the program as another user");
+        constexpr uint other = 65534;
+        // Their folder for temporary files is one, as /tmp is.
+        const QTemporaryDir folder("/tmp/vellumar-users-XXXXXX");
+        QVERIFY(::chmod(qPrintable(folder.path()), 01777) == 0);
+        const QString home = folder.filePath("other");
+        const auto first = startWith("TMPDIR=" + folder.path().toLocal8Bit(), QString());
+        QVERIFY(first->waitForLog("Start begin: ConnectionManager"));
+        const QString id = QString::number(other);
+        QVERIFY(QDir().mkpath(home + "/Ostrel/Vellumar"));
+        QVERIFY(
+            QFile::copy(Settings(QString()).fileName(), home + "/Ostrel/Vellumar/settings.ini"));
+        desk().run("chown", {"-R", id, home});
+        Program second("setpriv",
+                       {"--reuid", id, "--regid", id, "--clear-groups", "env",
+                        "TMPDIR=" + folder.path(), "HOME=" + home, "XDG_RUNTIME_DIR=" + home,
+                        "XDG_CONFIG_HOME=" + home, "XDG_DATA_HOME=" + home,
+                        "XDG_CACHE_HOME=" + home, Program::builtExecutable()});
+        QVERIFY(second.waitForLog("Start begin: WebSocketWorker"));
+        QVERIFY2(second.waitForLog("Notification: Порт 33999 занят"), "the first one's");
+        QCOMPARE(second.terminate(), 0);
+        QCOMPARE(first->terminate(), 0);
     }
 
     void logsWhereItIsTold_data() {
@@ -108,25 +156,56 @@ private slots:
         QFETCH(QByteArray, configuration);
         QFETCH(QString, inLog);
         QFETCH(bool, isFallback);
-        const QDir folder = copyProgram();
+        const QDir folder = Program::copy();
         if (hasFile)
             desk().write(folder.filePath("log.ini"), configuration);
+
+        const QDir logs(qEnvironmentVariable("XDG_DATA_HOME") + "/Ostrel/Vellumar/logs");
+        leaveLog(logs, "log_2026-01-31 23-59-59.log", 15);
+        leaveLog(logs, "log_2026-02-01 00-00-00.log", 13);
+        leaveLog(logs, "log_of_mine.log", 15);
+        QVERIFY(::chmod(qPrintable(logs.path()), 0755) == 0);
 
         Program program(folder.filePath("vellumar"));
         QVERIFY(program.waitForLog(inLog));
         QVERIFY(program.waitForLog("Start begin: ConnectionManager"));
         QCOMPARE(program.terminate(), 0);
         QCOMPARE(program.log().contains("Logger have used fallback configuration"), isFallback);
-        QCOMPARE(QFile::exists(qEnvironmentVariable("HOME") + "/told.log"), !isFallback);
-        QFile::remove(qEnvironmentVariable("HOME") + "/told.log");
-        QCOMPARE(ownLogs().size(), isFallback ? 1 : 0);
-        if (isFallback) {
-            const QRegularExpression name("^log_\\d{4}-\\d\\d-\\d\\d \\d\\d-\\d\\d-\\d\\d\\.log$");
-            QVERIFY2(name.match(ownLogs().constFirst()).hasMatch(), qPrintable(ownLogs()[0]));
-        }
+        const QString told = qEnvironmentVariable("HOME") + "/told.log";
+        QCOMPARE(QFile::exists(told), !isFallback);
+        QCOMPARE(logs.entryList(QDir::Files).size(), isFallback ? 3 : 2);
+        QVERIFY2(!logs.exists("log_2026-01-31 23-59-59.log"), "older than two weeks");
+        QVERIFY2(logs.exists("log_of_mine.log"), "not the program's own");
+        QCOMPARE(modeOf(logs.path()), 0700U);
+        if (!isFallback)
+            QCOMPARE(modeOf(told), 0600U);
+        QFile::remove(told);
+        const QRegularExpression name("^log_\\d{4}-\\d\\d-\\d\\d \\d\\d-\\d\\d-\\d\\d\\.log$");
+        const QStringList own = logs.entryList(QDir::Files).filter(name);
+        QCOMPARE(own.size(), isFallback ? 2 : 1);
+        for (const QString &log : own)
+            QCOMPARE(modeOf(logs.filePath(log)), 0600U);
     }
 
 private:
+    /// Starts the program with some variables, NAME=value, set anew for it alone.
+    static std::unique_ptr<Program> startWith(const QByteArray &environment,
+                                              const QString &executable) {
+        QMap<QByteArray, QByteArray> former;
+        for (const QByteArray &variable : environment.split(' ')) {
+            const int end = variable.indexOf('=');
+            if (end < 0)
+                continue;
+            const QByteArray name = variable.left(end);
+            former[name] = qgetenv(name);
+            qputenv(name, variable.mid(end + 1));
+        }
+        auto program = std::make_unique<Program>(executable);
+        for (auto variable = former.cbegin(); variable != former.cend(); ++variable)
+            qputenv(variable.key(), variable.value());
+        return program;
+    }
+
     /// Waits for a message box and closes it by Return.
     static void closeMessage() {
         desk().run("xdotool", {"search", "--sync", "--onlyvisible", "--name", "^Ошибка$",
@@ -134,21 +213,20 @@ private:
         XKeyboard().play("+Return -Return");
     }
 
-    /// A new copy of what is beside the executable, in a folder of its own.
-    static QDir copyProgram() {
-        QDir folder(desk().folder() + "/program");
-        folder.removeRecursively();
-        folder.mkpath(".");
-        const QDir built(QCoreApplication::applicationDirPath());
-        for (const char *name : {"vellumar", "autoreplaces.json"})
-            QFile::copy(built.filePath(QLatin1String(name)), folder.filePath(QLatin1String(name)));
-        return folder;
+    /// A file of the log folder that all may read, last written to some days ago.
+    static void leaveLog(const QDir &logs, const QString &name, int days) {
+        logs.mkpath(".");
+        QFile file(logs.filePath(name));
+        file.open(QIODevice::WriteOnly);
+        file.setFileTime(QDateTime::currentDateTime().addDays(-days),
+                         QFileDevice::FileModificationTime);
+        ::chmod(qPrintable(file.fileName()), 0644);
     }
 
-    /// The files of the log folder that the program makes by itself.
-    static QStringList ownLogs() {
-        return QDir(qEnvironmentVariable("XDG_DATA_HOME") + "/Ostrel/Vellumar/logs")
-            .entryList(QDir::Files);
+    /// The rights on a file, as chmod takes them.
+    static uint modeOf(const QString &path) {
+        struct stat found {};
+        return ::stat(qPrintable(path), &found) == 0 ? found.st_mode & 07777 : 0;
     }
 };
 
