@@ -18,6 +18,7 @@
 #include "core/Logger.h"
 #include "core/QuitSignals.h"
 #include "core/RunGuard.h"
+#include "core/SessionNotices.h"
 #include "core/StartProblem.h"
 #include "core/settings/ASRSettings.h"
 #include "core/settings/FormApiSettings.h"
@@ -159,7 +160,6 @@ int WindowsManager::runApplication(int argc, char **argv) {
         return -1;
     }
     m_runGuard = &guard;
-    m_isWayland = session.isWayland();
     disablePunctuationWhereUnavailable();
 
     UserCommandsManager userCommands;
@@ -173,6 +173,9 @@ int WindowsManager::runApplication(int argc, char **argv) {
             &WindowsManager::OnCommandError);
     connectHotKeys();
     createTray(&engine);
+    m_notices = std::make_unique<SessionNotices>(session, m_tray.get());
+    connect(m_notices.get(), &SessionNotices::notifyUser, this,
+            &WindowsManager::processUserNotification);
     connect(
         &userCommands, &UserCommandsManager::CommandFileKept, this, [this](const QString &message) {
             showTrayMessage(UserNotification(NotificationType::Warning, tr("Автозамена"), message));
@@ -246,7 +249,7 @@ void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     m_heartbeatService = nullptr;
     while (!m_subServices.empty())
         m_subServices.pop_back();
-    m_trayNotice.reset();
+    m_notices.reset();
     m_tray.reset();
     m_runGuard = nullptr;
 }
@@ -308,24 +311,7 @@ void WindowsManager::connectHotKeys() {
 
 void WindowsManager::createTray(QQmlApplicationEngine *engine) {
     m_tray = std::make_unique<SystemTray>(nullptr);
-    connect(m_tray.get(), &SystemTray::missing, this, &WindowsManager::reportMissingTray);
     engine->rootContext()->setContextProperty(QStringLiteral("systemTray"), m_tray.get());
-}
-
-void WindowsManager::reportMissingTray() {
-    const QString text = tr(
-        "В этом сеансе нет области уведомлений (трея), поэтому значка и меню программы не видно. "
-        "Диктовка работает. Добавьте область уведомлений на панель рабочего стола; в GNOME для "
-        "этого нужно расширение AppIndicator.");
-    StartProblem::tellConsole(text);
-    qWarning() << "The session has no system tray";
-    m_trayNotice = std::make_unique<QMessageBox>(
-        QMessageBox::Warning, tr("Нет области уведомлений"), text, QMessageBox::Ok);
-    // The focus is where the user dictates to.
-    m_trayNotice->setAttribute(Qt::WA_ShowWithoutActivating);
-    m_trayNotice->setModal(false);
-    m_trayNotice->show();
-    connect(m_tray.get(), &SystemTray::found, m_trayNotice.get(), &QWidget::close);
 }
 
 void WindowsManager::loadCommands(UserCommandsManager *userCommands) {
@@ -354,8 +340,8 @@ void WindowsManager::createWebSocketWorker(AutoReplaceManager *autoReplace,
             this, &WindowsManager::processUserNotification);
     connect(m_webSocketWorker->webSocketServer(), &WebSocketProxyServer::notifyUser, this,
             &WindowsManager::processUserNotification);
-    connect(m_webSocketWorker->webSocketServer(), &WebSocketServer::listenFailed, this,
-            [this](int port) { reportTakenPort(port, QStringLiteral("Port")); });
+    connect(m_webSocketWorker->webSocketServer(), &WebSocketServer::listenFailed, m_notices.get(),
+            [this](int port) { m_notices->tellTakenPort(port, QStringLiteral("Port")); });
     AsrManager *asrManager = m_webSocketWorker->asrManager();
     connect(recognition, &RecognitionSettingsViewModel::recognitionSettingsChanged, asrManager,
             &AsrManager::applyRecognitionSettings);
@@ -445,8 +431,8 @@ void WindowsManager::connectRecognition() {
 
 void WindowsManager::createRestProxy(QQmlApplicationEngine *engine) {
     m_restProxy = std::make_unique<RestProxyServer>();
-    connect(m_restProxy.get(), &RestProxyServer::listenFailed, this,
-            [this](int port) { reportTakenPort(port, QStringLiteral("RestPort")); });
+    connect(m_restProxy.get(), &RestProxyServer::listenFailed, m_notices.get(),
+            [this](int port) { m_notices->tellTakenPort(port, QStringLiteral("RestPort")); });
     engine->rootContext()->setContextProperty(QStringLiteral("restProxyServer"), m_restProxy.get());
 }
 
@@ -534,26 +520,7 @@ void WindowsManager::startSubServices() {
         if (service->autoStart())
             service->Start();
     }
-    if (m_isWayland) {
-        warn(tr("Сеанс Wayland"),
-             tr("Программа печатает только в окна X11 (XWayland), а клавиши видит, лишь пока такое "
-                "окно активно. Чтобы диктовать в любые окна, выберите на экране входа сеанс X11 "
-                "(Xorg)."));
-    }
-}
-
-void WindowsManager::warn(const QString &title, const QString &message) {
-    UserNotification notification(NotificationType::Warning, title, message);
-    notification.setForce(true);
-    processUserNotification(notification);
-}
-
-void WindowsManager::reportTakenPort(int port, const QString &key) {
-    warn(tr("Веб-формы"),
-         tr("Порт %1 занят другой программой или другим пользователем компьютера, и веб-формы не "
-            "смогут работать. Освободите его или задайте другой: ключ %2 группы FormApiServer в "
-            "файле %3.")
-             .arg(QString::number(port), key, FormApiSettings().fileName()));
+    m_notices->tellLimits();
 }
 
 void WindowsManager::stopSubServices() {

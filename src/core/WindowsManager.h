@@ -24,7 +24,6 @@ class LaunchSettingsViewModel;
 class NetworkSettingsViewModel;
 class PlaybackDeviceManager;
 class PulseAudioManager;
-class QMessageBox;
 class QQmlApplicationEngine;
 class QWindow;
 class RecognitionSettingsViewModel;
@@ -33,6 +32,7 @@ class RestProxyServer;
 class RunGuard;
 class SelfTest;
 class SelfTestViewModel;
+class SessionNotices;
 class StatisticsViewModel;
 class SubService;
 class SynthesisSettingsViewModel;
@@ -121,11 +121,6 @@ private:
     void createTtsManager(PlaybackDeviceManager *playbackDevice,
                           SynthesisSettingsViewModel *synthesis);
     void createTray(QQmlApplicationEngine *engine);
-    void reportMissingTray();
-    /// @param key  of the settings, that names the port
-    void reportTakenPort(int port, const QString &key);
-    /// Shows a warning of the client's own, connected or not.
-    void warn(const QString &title, const QString &message);
     void leaveSessionToItsManager();
     void connectHotKeys();
     void connectLaunchSettings(LaunchSettingsViewModel *launch);
@@ -149,9 +144,7 @@ private:
     /// In the order of creation; each owns its worker.
     std::vector<std::unique_ptr<SubService>> m_subServices;
     std::unique_ptr<SystemTray> m_tray;
-    /// Null unless the session had no tray.
-    std::unique_ptr<QMessageBox> m_trayNotice;
-    bool m_isWayland = false;
+    std::unique_ptr<SessionNotices> m_notices;
     QWindow *m_mainWindow = nullptr;
     ConnectionManager *m_connectionManager = nullptr;
     WebSocketWorker *m_webSocketWorker = nullptr;

@@ -106,6 +106,14 @@ private slots:
             QCOMPARE(desk().read(file), QString(garbled));
     }
 
+    void tellsWhatTheSessionLacks() {
+        const auto program = startWith("XDG_SESSION_TYPE=wayland", QString());
+        QTRY_VERIFY(program->log().contains("Notification: Программа печатает только в окна X11"));
+        QTRY_VERIFY(program->log().contains("Vellumar: В этом сеансе нет области уведомлений"));
+        desk().run("xdotool", {"search", "--sync", "--onlyvisible", "Нет области уведомлений"});
+        QCOMPARE(program->terminate(), 0);
+    }
+
     void runsForEachUser() {
         if (::geteuid() != 0)
             QSKIP("only root can start the program as another user");
