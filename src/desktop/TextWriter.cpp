@@ -5,6 +5,8 @@
 std::unique_ptr<TextWriter> TextWriter::Writer;
 
 void TextWriter::Init() {
+    // One that is still there gives the keyboard back first.
+    Writer.reset();
     Writer = std::make_unique<XTextWriter>();
 }
 
@@ -18,6 +20,14 @@ bool TextWriter::WriteText(unsigned long window, const QString &text) {
 
 bool TextWriter::WriteKey(unsigned long window, const HotKeyInfo &key) {
     return Writer && Writer->writeKey(window, key);
+}
+
+bool TextWriter::WaitForTyped(int timeoutMs) {
+    return Writer && Writer->waitForTyped(timeoutMs);
+}
+
+bool TextWriter::waitForTyped(int) {
+    return true;
 }
 
 unsigned long TextWriter::GetFocusedWindow() {

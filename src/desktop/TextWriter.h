@@ -8,21 +8,27 @@ class QRect;
 struct HotKeyInfo;
 
 /// Types into other applications' windows. The static functions are the way in: without a writer
-/// they do nothing and return 0 or false. All of them are called on the main thread and block it
-/// while they type.
+/// they do nothing and return 0 or false. Texts and key combinations are handed over and typed in
+/// that order by and by, so that their length holds up nobody. Init(), Cleanup() and the questions
+/// belong to the main thread; the rest may be called from any.
 class TextWriter {
 public:
     virtual ~TextWriter() = default;
 
     /// Makes the writer, for the display of this session.
     static void Init();
+    /// Waits at most three seconds for what has been handed over; the rest is lost and logged.
     static void Cleanup();
 
     /// Types a text, a line feed or a pilcrow as Shift+Return.
-    /// @return false if there is no such window, also if it closes in the meantime
+    /// @return false if it is not taken over, as for no window; of a window that closes in the
+    ///         meantime the log tells
     static bool WriteText(unsigned long window, const QString &text);
-    /// Presses and releases a key combination wherever the focus is.
+    /// Presses and releases a key combination wherever the focus is by then.
     static bool WriteKey(unsigned long window, const HotKeyInfo &key);
+    /// Waits until all that was handed over has been typed.
+    /// @return false if it takes longer than this, or without a writer
+    static bool WaitForTyped(int timeoutMs);
     /// 0 if no window has the input focus.
     static unsigned long GetFocusedWindow();
     /// Asks the server once. True without a writer as well: nothing tells that it is gone.
@@ -37,6 +43,8 @@ protected:
 
     virtual bool writeText(unsigned long window, const QString &text) = 0;
     virtual bool writeKey(unsigned long window, const HotKeyInfo &key) = 0;
+    /// Whoever types at once has nothing to wait for.
+    virtual bool waitForTyped(int timeoutMs);
     virtual unsigned long getFocusedWindow() = 0;
     virtual bool windowExists(unsigned long window) = 0;
     virtual bool getWindowRect(unsigned long window, QRect *rect) = 0;

@@ -11,11 +11,15 @@ XDisplayPointer openDisplay() {
     return XDisplayPointer(XOpenDisplay(nullptr));
 }
 
-void drainEvents(_XDisplay *display) {
+bool drainEvents(_XDisplay *display) {
+    bool hasChanged = false;
     while (XPending(display) > 0) {
         XEvent event;
         XNextEvent(display, &event);
-        if (event.type == MappingNotify)
-            XRefreshKeyboardMapping(&event.xmapping);
+        if (event.type != MappingNotify)
+            continue;
+        XRefreshKeyboardMapping(&event.xmapping);
+        hasChanged = true;
     }
+    return hasChanged;
 }

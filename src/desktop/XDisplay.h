@@ -19,4 +19,5 @@ XDisplayPointer openDisplay();
 
 /// Takes all waiting events off the connection. Nobody asked for them, yet each change of a
 /// keyboard map sends some; reading them also makes Xlib forget the map that it knew before.
-void drainEvents(_XDisplay *display);
+/// @return whether the keyboard's map has changed
+bool drainEvents(_XDisplay *display);

@@ -53,6 +53,8 @@ QString XHotKeyConverter::ConvertToString(const HotKeyInfo &info) const {
     }
     if (info.code != 0)
         parts.append(keyName(info));
+    else if (info.keysym != NoSymbol && info.keysym != XK_VoidSymbol)
+        parts.append(QString::fromLatin1(XKeysymToString(info.keysym)));
     return parts.join(QLatin1Char('+'));
 }
 
@@ -78,11 +80,13 @@ HotKeyInfo XHotKeyConverter::ConvertFromString(QString text) const {
 
 void XHotKeyConverter::addKey(const QString &name, HotKeyInfo *info) const {
     info->code = 0;
+    info->keysym = XK_VoidSymbol;
     const KeySym keysym = XStringToKeysym(name.toUtf8().constData());
     if (!m_display || keysym == NoSymbol) // which X would find on the first key with a free level
         return;
     drainEvents(m_display.get());
     info->code = XKeysymToKeycode(m_display.get(), keysym);
+    info->keysym = info->code == 0 ? keysym : NoSymbol;
     if (IsSymKeypadSpecial(static_cast<unsigned int>(keysym)))
         info->modifiers |= KeypadMark;
 }

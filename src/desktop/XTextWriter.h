@@ -3,57 +3,31 @@
 #include "desktop/TextWriter.h"
 #include "desktop/XDisplay.h"
 
-#include <QHash>
-#include <QVector>
+#include <memory>
 
-class SpareKey;
+class QThread;
+class XTypist;
 
-/// Types text by key events that are sent to one window, so that the user's own keyboard state
-/// is left alone, and key combinations by fake presses that act as real ones.
-///
-/// The layouts are those of the moment of construction. Without a display every operation does
-/// nothing and reports failure. Used by one thread at a time.
+/// The writer of an X session: asks about windows on the main thread, and hands what is to be typed
+/// to a typist on a thread of its own. Without a display every operation does nothing and reports
+/// failure.
 class XTextWriter final : public TextWriter {
 public:
-    /// What to press for one character.
-    struct XKey {
-        wchar_t ch;            ///< the code point that the key yields, 0 if none
-        unsigned char keycode; ///< 0 if the key has none
-        unsigned long keysym;
-        unsigned int state; ///< modifiers and layout group, as a key event carries them
-        bool onKeyboard;    ///< false if it is typed with pauses, through a spare keycode if it has
-                            ///< none
-    };
-
     XTextWriter();
+    ~XTextWriter() override;
 
     bool writeText(unsigned long window, const QString &text) override;
     bool writeKey(unsigned long window, const HotKeyInfo &key) override;
+    bool waitForTyped(int timeoutMs) override;
     unsigned long getFocusedWindow() override;
     bool getWindowRect(unsigned long window, QRect *rect) override;
     bool windowExists(unsigned long window) override;
 
 private:
-    /// Where one text goes.
-    struct Target {
-        unsigned long root;
-        unsigned long window;
-    };
-
-    void addKey(const XKey &key);
-    void buildKeyTable();
-    XKey wchar2key(wchar_t ch) const;
-    void typeKey(const Target &target, const XKey &key);
-    void typeSlowly(const Target &target, XKey key, SpareKey &spare);
-    void sendKey(unsigned long root, unsigned long window, unsigned long subwindow, const XKey &key,
-                 bool press);
+    void endTyping();
 
     XDisplayPointer m_display;
-    QVector<XKey> m_keys;
-    /// Where the first key of a code point, and of a symbol, stands in the table.
-    QHash<wchar_t, int> m_keyByChar;
-    QHash<unsigned long, int> m_keyBySymbol;
-    /// Microseconds, 0 for none.
-    int m_symbolDelay;
-    int m_enterDelay;
+    std::unique_ptr<QThread> m_thread;
+    /// Ends with its thread; null without a display.
+    XTypist *m_typist = nullptr;
 };

@@ -316,7 +316,8 @@ private:
     bool speakCopy() const {
         constexpr unsigned int Control = 4;
         const auto letter = static_cast<unsigned int>(m_keyboard.keycode("c"));
-        return TextWriter::WriteKey(0, HotKeyInfo{letter, Control});
+        return TextWriter::WriteKey(0, HotKeyInfo{letter, Control}) &&
+               TextWriter::WaitForTyped(patienceMs);
     }
 
     XKeyboard m_keyboard;
