@@ -3,8 +3,8 @@
 #include "commands/UserCommandExecutor.h"
 #include "desktop/XHotKeyConverter.h"
 
-/// Presses the key combination that the text of the command names, wherever the focus is. A key
-/// that is not known is pressed as the code 0, which does nothing.
+/// Presses the key combination that the text of the command names, wherever the focus is. If the
+/// key is not known nothing is pressed, and the log tells.
 class HotKeyCommandExecutor final : public UserCommandExecutor {
     Q_OBJECT
 

@@ -70,6 +70,11 @@ QVector<unsigned char> SpareKeys::lentKeycodes() const {
     return keycodes;
 }
 
+bool SpareKeys::contains(unsigned char keycode) const {
+    return std::any_of(m_keys.begin(), m_keys.end(),
+                       [keycode](const Key &key) { return key.keycode == keycode; });
+}
+
 std::optional<SpareKeys::Place> SpareKeys::find(unsigned long keysym) const {
     if (keysym == NoSymbol)
         return std::nullopt;

@@ -36,6 +36,8 @@ public:
     /// How many symbols can be lent a place at a time.
     int capacity() const { return m_keys.size() * Levels; }
     QVector<unsigned char> lentKeycodes() const;
+    /// Whether no layout uses the keycode, be it lent or free.
+    bool contains(unsigned char keycode) const;
     std::optional<Place> find(unsigned long keysym) const;
     enum class Lending {
         AllThere, ///< nothing had to be done

@@ -68,7 +68,9 @@ bool WindowPing::hasRead(unsigned long window, int timeoutMs, const std::atomic<
 }
 
 void WindowPing::listen(bool on) {
-    XSelectInput(m_display, m_root, on ? SubstructureNotifyMask : NoEventMask);
+    // Qt sends its answers to those who watch the root window itself, others as the manual says.
+    XSelectInput(m_display, m_root,
+                 on ? StructureNotifyMask | SubstructureNotifyMask : NoEventMask);
 }
 
 void WindowPing::ask(unsigned long window) {

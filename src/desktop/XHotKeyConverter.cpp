@@ -86,7 +86,7 @@ void XHotKeyConverter::addKey(const QString &name, HotKeyInfo *info) const {
         return;
     drainEvents(m_display.get());
     info->code = XKeysymToKeycode(m_display.get(), keysym);
-    info->keysym = info->code == 0 ? keysym : NoSymbol;
+    info->keysym = keysym;
     if (IsSymKeypadSpecial(static_cast<unsigned int>(keysym)))
         info->modifiers |= KeypadMark;
 }

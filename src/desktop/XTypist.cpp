@@ -253,7 +253,7 @@ bool XTypist::press(const HotKeyInfo &key) {
     XSync(display, False);
     readEvents();
     const auto modifiers = modifierKeys(display, key.modifiers);
-    const unsigned int keycode = key.code != 0 ? key.code : lendKeycode(key.keysym);
+    const unsigned int keycode = keycodeOf(key);
     const bool hasKey = keycode != 0 || key.keysym == NoSymbol;
     if (!modifiers || !hasKey || (keycode == 0 && modifiers->isEmpty())) {
         qWarning("XTextWriter: No key for a combination, nothing is pressed");
@@ -265,23 +265,20 @@ bool XTypist::press(const HotKeyInfo &key) {
     return true;
 }
 
-unsigned char XTypist::lendKeycode(unsigned long keysym) {
-    if (keysym == NoSymbol || keysym == XK_VoidSymbol)
-        return 0;
+unsigned int XTypist::keycodeOf(const HotKeyInfo &key) {
     Window window = None;
     int revert = 0;
     XGetInputFocus(m_display.get(), &window, &revert);
     Target target = targetOf(DefaultRootWindow(m_display.get()), window);
     for (;;) {
-        unsigned char keycode = 0;
+        unsigned int keycode = 0;
         const SpareKeys::Replace replace = replaceable();
         {
             const ServerGrab grab(m_display.get());
             followKeyboard();
-            keycode = m_table.symbol2key(keysym).keycode;
-            if (keycode != 0)
-                return keycode;
-            keycode = m_spareKeys.lendWhole(keysym, replace);
+            if (const auto known = keyOfLayouts(key))
+                return *known;
+            keycode = m_spareKeys.lendWhole(key.keysym, replace);
         }
         if (keycode != 0) {
             letNoticeLent(target);
@@ -291,6 +288,16 @@ unsigned char XTypist::lendKeycode(unsigned long keysym) {
             return keycode;
         makeRoom(&target);
     }
+}
+
+std::optional<unsigned int> XTypist::keyOfLayouts(const HotKeyInfo &key) const {
+    // Whoever looked the keycode up may have found the symbol where it was lent.
+    if (key.code != 0 && !m_spareKeys.contains(static_cast<unsigned char>(key.code)))
+        return key.code;
+    if (key.keysym == NoSymbol || key.keysym == XK_VoidSymbol)
+        return key.code;
+    const XKey known = m_table.symbol2key(key.keysym);
+    return known.keycode != 0 ? std::optional<unsigned int>(known.keycode) : std::nullopt;
 }
 
 XTypist::Target XTypist::targetOf(unsigned long root, unsigned long window) const {

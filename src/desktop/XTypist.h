@@ -72,7 +72,8 @@ private:
     void sendKey(unsigned long root, unsigned long window, unsigned long subwindow, const XKey &key,
                  bool press);
     bool press(const HotKeyInfo &key);
-    unsigned char lendKeycode(unsigned long keysym);
+    unsigned int keycodeOf(const HotKeyInfo &key);
+    std::optional<unsigned int> keyOfLayouts(const HotKeyInfo &key) const;
 
     void readEvents();
     void followKeyboard();

@@ -11,11 +11,11 @@
 #include <X11/keysym.h>
 #include <xkbcommon/xkbcommon.h>
 
-KeyReceiver::KeyReceiver(int readEveryMs, int closeAfter)
+KeyReceiver::KeyReceiver(int readEveryMs, int closeAfter, Pings pings)
     : m_display(XOpenDisplay(nullptr), &XCloseDisplay),
       m_readEveryMs(readEveryMs),
       m_closeAfter(closeAfter) {
-    openWindow();
+    openWindow(pings);
     moveToThread(&m_thread);
     connect(&m_thread, &QThread::started, this, &KeyReceiver::startReading);
     m_thread.start();
@@ -26,12 +26,15 @@ KeyReceiver::~KeyReceiver() {
     m_thread.wait();
 }
 
-void KeyReceiver::openWindow() {
+void KeyReceiver::openWindow(Pings pings) {
     Display *display = m_display.get();
     // Xlib fetches the map at the first look, and only from then on hears of changes.
     XkbKeycodeToKeysym(display, 0, 0, 0);
     m_window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 300, 200, 0, 0, 0);
     XSelectInput(display, m_window, KeyPressMask | KeyReleaseMask | FocusChangeMask);
+    Atom ping = XInternAtom(display, "_NET_WM_PING", False);
+    if (pings == Pings::Answered)
+        XSetWMProtocols(display, m_window, &ping, 1);
     XMapWindow(display, m_window);
     // The window manager gives the focus to a new window.
     XEvent event;
@@ -60,7 +63,18 @@ void KeyReceiver::readEvents() {
             XRefreshKeyboardMapping(&event.xmapping);
         else if (event.type == KeyPress || event.type == KeyRelease)
             takeKey(&event);
+        else if (event.type == ClientMessage)
+            answerPing(&event);
     }
+}
+
+void KeyReceiver::answerPing(void *event) {
+    auto *message = static_cast<XEvent *>(event);
+    const Window root = DefaultRootWindow(m_display.get());
+    message->xclient.window = root;
+    XSendEvent(m_display.get(), root, False, SubstructureNotifyMask | SubstructureRedirectMask,
+               message);
+    XFlush(m_display.get());
 }
 
 void KeyReceiver::takeKey(void *event) {

@@ -23,10 +23,13 @@ public:
         bool isSent; ///< written by a client, not pressed on the keyboard
     };
 
+    /// Whether the window tells what it has read, as those of most toolkits do.
+    enum class Pings { Unheard, Answered };
+
     /// Returns when the window is on the screen and has the focus.
     /// @param readEveryMs  how late the window reads its events; 0 for at once
     /// @param closeAfter   after how many presses it closes itself; 0 for never
-    explicit KeyReceiver(int readEveryMs = 0, int closeAfter = 0);
+    explicit KeyReceiver(int readEveryMs = 0, int closeAfter = 0, Pings pings = Pings::Unheard);
     ~KeyReceiver() override;
 
     unsigned long window() const { return m_window; }
@@ -39,10 +42,11 @@ public:
     void clear();
 
 private:
-    void openWindow();
+    void openWindow(Pings pings);
     void startReading();
     void readEvents();
     void takeKey(void *event);
+    void answerPing(void *event);
 
     std::unique_ptr<_XDisplay, int (*)(_XDisplay *)> m_display;
     unsigned long m_window = 0;

@@ -3,6 +3,7 @@
 #include "desktop/TextWriter.h"
 #include "desktop/XHotKeyConverter.h"
 
+#include <QDir>
 #include <QFile>
 #include <QUrl>
 
@@ -55,7 +56,8 @@ Receiver terminal() {
         fileText};
 }
 
-Receiver browser() {
+/// A page whose title tells what its field holds.
+QString browserPage() {
     const QString page = desk().folder() + "/page.html";
     desk().write(page,
                  "<!DOCTYPE html><meta charset='utf-8'><title>loading</title>"
@@ -63,19 +65,33 @@ Receiver browser() {
                  "const show = () => document.title = '[' + encodeURIComponent(field.value) + ']';"
                  "field.oninput = show; field.onfocus = show; window.onfocus = show;"
                  "if (document.hasFocus()) show();</script>");
-    const auto readTitle = [] {
-        const QString title = focusedTitle();
-        const int begin = title.indexOf('[') + 1;
-        const int end = title.lastIndexOf(']');
-        return QUrl::fromPercentEncoding(title.mid(begin, end - begin).toUtf8());
-    };
+    return QUrl::fromLocalFile(page).toString();
+}
+
+QString browserText() {
+    const QString title = focusedTitle();
+    const int begin = title.indexOf('[') + 1;
+    const int end = title.lastIndexOf(']');
+    return QUrl::fromPercentEncoding(title.mid(begin, end - begin).toUtf8());
+}
+
+Receiver chromium() {
     return {"chromium",
             {"--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-background-networking",
              "--disable-component-update", "--disable-sync",
-             "--user-data-dir=" + desk().folder() + "/browser",
-             "--app=" + QUrl::fromLocalFile(page).toString()},
+             "--user-data-dir=" + desk().folder() + "/browser", "--app=" + browserPage()},
             "[]",
-            readTitle};
+            browserText};
+}
+
+Receiver firefox() {
+    const QString profile = desk().folder() + "/firefox";
+    QDir().mkpath(profile);
+    desk().write(profile + "/user.js", "user_pref('browser.aboutwelcome.enabled', false);"
+                                       "user_pref('browser.shell.checkDefaultBrowser', false);"
+                                       "user_pref('datareporting.policy.dataSubmissionEnabled', "
+                                       "false);");
+    return {"firefox-esr", {"--no-remote", "--profile", profile, browserPage()}, "[]", browserText};
 }
 
 } // namespace
@@ -89,34 +105,54 @@ class TestTyping : public QObject {
 private slots:
     void textArrives_data() {
         QTest::addColumn<ReceiverMaker>("receiver");
-        QTest::addColumn<int>("group");
-        const std::pair<const char *, ReceiverMaker> receivers[] = {
-            {"Qt", &qtEditor}, {"GTK", &gtkEditor}, {"terminal", &terminal}, {"browser", &browser}};
-        for (const auto &[name, receiver] : receivers) {
-            QTest::addRow("%s, us layout", name) << receiver << 0;
-            QTest::addRow("%s, ru layout", name) << receiver << 1;
-        }
+        const std::pair<const char *, ReceiverMaker> receivers[] = {{"Qt", &qtEditor},
+                                                                    {"GTK", &gtkEditor},
+                                                                    {"terminal", &terminal},
+                                                                    {"Chromium", &chromium},
+                                                                    {"Firefox", &firefox}};
+        for (const auto &[name, receiver] : receivers)
+            QTest::newRow(name) << receiver;
     }
 
     void textArrives() {
         QFETCH(ReceiverMaker, receiver);
-        QFETCH(int, group);
         constexpr int StartTimeoutMs = 60000;
         const QString text = "Жалобы: боль, 38.5°; \"Hello\" World!\n"
                              "«Да» — № 7 (5 µ) É 😀 ещё\n";
         XKeyboard keyboard;
         const QByteArray map = keyboard.map();
-        keyboard.lockGroup(group);
         QFile::remove(filePath());
         const Receiver target = receiver();
         QProcess *process = desk().start(target.program, target.arguments);
         QTRY_VERIFY_WITH_TIMEOUT(focusedTitle().contains(target.title), StartTimeoutMs);
         TextWriter::Init();
 
-        QVERIFY(TextWriter::WriteText(TextWriter::GetFocusedWindow(), text));
-        QTRY_COMPARE(target.read(), text);
-        QCOMPARE(keyboard.lockedGroup(), group);
-        QCOMPARE(keyboard.map().toHex(), map.toHex());
+        struct Condition {
+            const char *name;
+            int group;
+            const char *before;
+            const char *after;
+        };
+        constexpr Condition conditions[] = {
+            {"us layout", 0, "", ""},
+            {"ru layout", 1, "", ""},
+            {"Caps Lock on", 0, "+Caps_Lock -Caps_Lock", "+Caps_Lock -Caps_Lock"},
+            {"Ctrl held", 0, "+Control_L", "-Control_L"},
+            {"Shift held", 1, "+Shift_L", "-Shift_L"},
+        };
+        QString expected;
+        for (const Condition &condition : conditions) {
+            keyboard.lockGroup(condition.group);
+            keyboard.play(condition.before);
+            QVERIFY(TextWriter::WriteText(TextWriter::GetFocusedWindow(), text));
+            QVERIFY(TextWriter::WaitForTyped(patienceMs));
+            keyboard.play(condition.after);
+            expected += text;
+            QTRY_VERIFY2(target.read() == expected,
+                         qPrintable(condition.name + QString(": ") + target.read()));
+            QCOMPARE(keyboard.lockedGroup(), condition.group);
+        }
+        QTRY_COMPARE(keyboard.map().toHex(), map.toHex());
 
         TextWriter::Cleanup();
         desk().end(process);
