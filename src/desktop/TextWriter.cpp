@@ -14,8 +14,8 @@ void TextWriter::Cleanup() {
     Writer.reset();
 }
 
-bool TextWriter::WriteText(unsigned long window, const QString &text) {
-    return Writer && Writer->writeText(window, text);
+bool TextWriter::WriteText(unsigned long window, const QString &text, const Failure &failure) {
+    return Writer && Writer->writeText(window, text, failure);
 }
 
 bool TextWriter::WriteKey(unsigned long window, const HotKeyInfo &key) {

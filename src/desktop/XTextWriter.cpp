@@ -49,14 +49,14 @@ void XTextWriter::endTyping() {
     static_cast<void>(m_thread.release());
 }
 
-bool XTextWriter::writeText(unsigned long window, const QString &text) {
+bool XTextWriter::writeText(unsigned long window, const QString &text, const Failure &failure) {
     if (!m_typist)
         return false;
     if (window == 0) {
         qInfo("XTextWriter: No window");
         return false;
     }
-    m_typist->typeLater(window, text);
+    m_typist->typeLater(window, text, failure);
     return true;
 }
 

@@ -106,15 +106,19 @@ void XTypist::reclaimLeftovers() {
     m_spareKeys.giveBack();
 }
 
-void XTypist::typeLater(unsigned long window, const QString &text) {
+void XTypist::typeLater(unsigned long window, const QString &text,
+                        const TextWriter::Failure &failure) {
     m_waitingCharacters += text.size();
     QMetaObject::invokeMethod(
         this,
-        [this, window, text] {
+        [this, window, text, failure] {
             if (m_isCancelled)
                 return;
-            if (!type(window, text))
+            if (!type(window, text)) {
                 qWarning("XTextWriter: Not typed to the end, characters: %d", text.size());
+                if (failure.receiver)
+                    QMetaObject::invokeMethod(failure.receiver, failure.tell, Qt::QueuedConnection);
+            }
             m_waitingCharacters -= text.size();
         },
         Qt::QueuedConnection);

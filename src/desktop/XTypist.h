@@ -2,6 +2,7 @@
 
 #include "desktop/KeyTable.h"
 #include "desktop/SpareKeys.h"
+#include "desktop/TextWriter.h"
 #include "desktop/WindowPing.h"
 #include "desktop/XDisplay.h"
 
@@ -32,9 +33,9 @@ public:
     ~XTypist() override;
 
     // From any thread, in the order of the calls.
-    /// Types a text, a line feed or a pilcrow as Shift+Return. Logs if it is not typed to the end:
-    /// there is no such window, or it has closed.
-    void typeLater(unsigned long window, const QString &text);
+    /// Types a text, a line feed or a pilcrow as Shift+Return. Logs and tells if it is not typed to
+    /// the end: there is no such window, or it has closed.
+    void typeLater(unsigned long window, const QString &text, const TextWriter::Failure &failure);
     /// Presses and releases a combination wherever the focus is by then. A key that the keyboard
     /// does not have is logged; then nothing is pressed.
     void pressLater(const HotKeyInfo &key);

@@ -83,9 +83,16 @@ void ResultManager::writeTextResult(const QString &text, bool isFinal) {
     if (!isFinal || text.isEmpty())
         return;
     leaveClosedWindow();
+    const unsigned long window = getResultWindow();
+    const auto typeElsewhere = [this, window, text] {
+        leaveClosedWindow();
+        // What comes after it in the queue is told of in turn, so the order stays. Text that
+        // follows the focus was for the window that has closed, and for no other.
+        if (m_outputToBackground && m_resultWindow != window)
+            writeTextResult(text, true);
+    };
     // A window that closes while it is typed into has taken nobody knows how much of the text.
-    if (!TextWriter::WriteText(getResultWindow(), text) &&
-        !(leaveClosedWindow() && TextWriter::WriteText(m_resultWindow, text)))
+    if (!TextWriter::WriteText(window, text, {this, typeElsewhere}))
         qWarning() << "A result could not be typed, characters:" << text.size();
 }
 
