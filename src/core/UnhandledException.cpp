@@ -1,16 +1,20 @@
 #include "core/UnhandledException.h"
 
+#include "core/ProcessEnd.h"
+
 #include <QDebug>
 
-#include <cstdlib>
 #include <exception>
 
 namespace {
 
-std::terminate_handler savedHandler = nullptr;
+[[noreturn]] void endSilently() {
+    endProcess(-1);
+}
 
 [[noreturn]] void terminate() {
-    std::set_terminate(savedHandler);
+    // For an exception of what follows, and for one of another thread.
+    std::set_terminate(endSilently);
     qCritical() << "Unhandled exception, terminate handler called";
     try {
         if (std::current_exception())
@@ -21,11 +25,11 @@ std::terminate_handler savedHandler = nullptr;
     } catch (...) {
         qCritical() << "Unknown exception";
     }
-    std::exit(-1);
+    endProcess(-1);
 }
 
 } // namespace
 
 void set_unhandled_catcher() {
-    savedHandler = std::set_terminate(terminate);
+    std::set_terminate(terminate);
 }

@@ -32,6 +32,7 @@
 #include "desktop/NativeGeometry.h"
 #include "desktop/SystemTray.h"
 #include "desktop/TextWriter.h"
+#include "desktop/XDisplay.h"
 #include "diagnostics/SelfTest.h"
 #include "diagnostics/SelfTestViewModel.h"
 #include "formapi/RestProxyServer.h"
@@ -134,6 +135,15 @@ int WindowsManager::runApplication(int argc, char **argv) {
     QApplication application(argc, argv);
     graphics.leaveEnvironment();
     session.leaveEnvironment();
+    endWithServer();
+    const QuitSignals quitSignals(nullptr);
+    connect(&quitSignals, &QuitSignals::quitRequested, this, [this] {
+        // Without a tray nothing but a message can be on the screen.
+        if (m_tray)
+            closeApplication();
+        else
+            QCoreApplication::quit();
+    });
     InitLogger(argc, argv);
     if (m_mainWindow)
         return -1;
@@ -270,8 +280,6 @@ int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
     if (engine->rootObjects().isEmpty())
         return StartProblem::tell(StartProblem::ofInterface(errors));
     m_mainWindow = qobject_cast<QWindow *>(engine->rootObjects().constLast());
-    const QuitSignals quitSignals(nullptr);
-    connect(&quitSignals, &QuitSignals::quitRequested, this, &WindowsManager::closeApplication);
     TextWriter::Init();
     const int result = QApplication::exec();
     // The workers' last signals: what was said last is still to be typed.

@@ -10,6 +10,7 @@
 #include <memory>
 
 int main(int argc, char **argv) {
+    keepMemoryPrivate();
     set_unhandled_catcher();
     const QString version = AppVariables::buildProperty("Version") + QStringLiteral(" (Linux)");
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);

@@ -17,6 +17,10 @@ using XDisplayPointer = std::unique_ptr<_XDisplay, XDisplayCloser>;
 /// @return null if there is none
 XDisplayPointer openDisplay();
 
+/// Lets the process end, with status 1, when a connection of Xlib's breaks, whichever thread finds
+/// that out. To be called once the application object exists, as Qt sets up something of its own.
+void endWithServer();
+
 /// Takes all waiting events off the connection. Nobody asked for them, yet each change of a
 /// keyboard map sends some; reading them also makes Xlib forget the map that it knew before.
 /// @return whether the keyboard's map has changed

@@ -1,5 +1,6 @@
 #include "DeskTest.h"
 #include "core/Exception.h"
+#include "core/UnhandledException.h"
 #include "core/workers/RepeatWorker.h"
 #include "core/workers/SubService.h"
 
@@ -7,7 +8,13 @@
 #include <QSemaphore>
 #include <QThread>
 
+#include <cstdlib>
 #include <functional>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+Q_DECLARE_METATYPE(std::function<void()>)
 
 /// Calls what the test gives it at each step of its life and counts the steps.
 class ScriptedWorker : public BaseWorker {
@@ -72,6 +79,8 @@ private slots:
     void goesOnAfterAFaultyRound();
     void stopsAtOnce();
     void livesAgainAfterALateEnd();
+    void endsTheProcessOnce_data();
+    void endsTheProcessOnce();
 };
 
 void TestWorkers::livesAgainAfterAStop() {
@@ -149,17 +158,22 @@ void TestWorkers::stopsAtOnce() {
     auto *delayed = new ScriptedWorker;
     delayed->setStartDelay(60000);
     auto *counting = new CountingWorker(60000);
+    auto *awaiting = new ScriptedWorker;
+    awaiting->onProcess = [](CancellationCondition *cancellation) { cancellation->awaitInput(-1); };
     SubService neverStarted(new CountingWorker(0), false);
     SubService beforeTheStart(delayed, true);
     SubService betweenTwoRounds(counting, true);
+    SubService withNothingToRead(awaiting, true);
     beforeTheStart.Start();
     betweenTwoRounds.Start();
+    withNothingToRead.Start();
     QVERIFY(counting->rounds.tryAcquire(1, 5000));
     QElapsedTimer timer;
     timer.start();
     neverStarted.Stop();
     beforeTheStart.Stop();
     betweenTwoRounds.Stop();
+    withNothingToRead.Stop();
     QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
 }
 
@@ -189,6 +203,34 @@ void TestWorkers::livesAgainAfterALateEnd() {
         QMetaObject::invokeMethod(worker, [&served] { served.release(); });
         QVERIFY2(served.tryAcquire(1, patienceMs), "the thread serves the worker's events");
     }
+}
+
+void TestWorkers::endsTheProcessOnce_data() {
+    columns<std::function<void()>, int>("last", "status");
+    row<std::function<void()>>(
+        "at an exception that nobody catches", [] { throw Exception("boom"); }, 255);
+    row<std::function<void()>>(
+        "where a library does so", [] { std::exit(1); }, 1);
+    row<std::function<void()>>(
+        "by itself", [] { endProcess(3); }, 3);
+}
+
+void TestWorkers::endsTheProcessOnce() {
+    QFETCH(std::function<void()>, last);
+    QFETCH(int, status);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        set_unhandled_catcher();
+        std::atexit([] { std::abort(); });
+        for (int thread = 0; thread < 8; ++thread)
+            std::thread(last).detach();
+        for (;;)
+            ::pause();
+    }
+    int result = 0;
+    QCOMPARE(::waitpid(child, &result, 0), child);
+    QVERIFY2(WIFEXITED(result), qPrintable(QString("signal %1").arg(WTERMSIG(result))));
+    QCOMPARE(WEXITSTATUS(result), status);
 }
 
 DESK_CORE_TEST_MAIN(TestWorkers)

@@ -1,5 +1,6 @@
 #include "DeskTest.h"
 #include "Program.h"
+#include "Stand.h"
 #include "XKeyboard.h"
 
 #include <QDir>
@@ -53,6 +54,39 @@ private slots:
         QVERIFY2(next.waitForLog("Start begin: WebSocketWorker"),
                  "what a crash leaves behind does not keep the next one from starting");
         QCOMPARE(next.terminate(), 0);
+    }
+
+    void endsInEachState_data() {
+        columns<QString, bool>("state", "isServerLost");
+        for (const QString state : {"starting", "ready", "dictating"})
+            row(qPrintable(state + ", the X server goes"), state, true);
+        row("starting, told to end", QString("starting"), false);
+        row("dictating, told to end", QString("dictating"), false);
+    }
+
+    void endsInEachState() {
+        QFETCH(QString, state);
+        QFETCH(bool, isServerLost);
+        Stand stand;
+        writeSettings(stand);
+        // This test lives on the desk's screen, so the program gets one of its own.
+        const QByteArray deskDisplay = qgetenv("DISPLAY");
+        QProcess *server = desk().start("Xvfb", {"-displayfd", "1", "-nolisten", "tcp"});
+        QTRY_VERIFY(server->canReadLine());
+        qputenv("DISPLAY", ':' + server->readLine().trimmed());
+        Program program;
+        QVERIFY(program.waitForLog("Logger started at "));
+        if (state != "starting")
+            QVERIFY(!nextMode(&stand, 2 * patienceMs).isUndefined());
+        if (state == "dictating") {
+            XKeyboard().play(doubleCtrl);
+            QVERIFY(nextMode(&stand).isNull());
+        }
+        qputenv("DISPLAY", deskDisplay);
+        if (isServerLost)
+            desk().end(server);
+        QCOMPARE(isServerLost ? program.waitForExit() : program.terminate(), int(isServerLost));
+        clearSettings();
     }
 
     void refusesToStart_data() {
@@ -238,5 +272,5 @@ private:
     }
 };
 
-DESK_TEST_MAIN(TestProgram, VirtualDesk::Screen)
+DESK_TEST_MAIN(TestProgram, VirtualDesk::Screen | VirtualDesk::Sound)
 #include "TestProgram.moc"
