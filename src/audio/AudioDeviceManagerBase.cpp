@@ -1,55 +1,56 @@
 #include "audio/AudioDeviceManagerBase.h"
 
 #include "audio/AudioListManager.h"
+#include "audio/SoundStream.h"
 #include "core/LoggingCategories.h"
 
-#include <QCoreApplication>
-
-#include <utility>
-
 namespace {
-constexpr int reopenDelayMs = 1000;
-
-/// What a new list means for the one that a manager has; -1 where there is no such entry.
-struct ListComparison {
-    int current = -1;
+/// The first device of a new list that is not in the old one, the wanted one before all others; -1
+/// if none is new.
+int indexOfAdded(const QList<ExtAudioDeviceInfo> &newList, const QList<ExtAudioDeviceInfo> &oldList,
+                 const QString &wantedName) {
     int added = -1;
-};
-
-ListComparison compare(const QList<ExtAudioDeviceInfo> &newList,
-                       const QList<ExtAudioDeviceInfo> &ownList,
-                       const ExtAudioDeviceInfo &currentDevice) {
-    ListComparison found;
-    for (int i = 0; i < newList.size() && (found.current < 0 || found.added < 0); ++i) {
-        if (newList[i] == currentDevice)
-            found.current = i;
-        if (!ownList.contains(newList[i]))
-            found.added = i;
+    for (int i = 0; i < newList.size(); ++i) {
+        if (oldList.contains(newList[i]))
+            continue;
+        if (newList[i].deviceName() == wantedName)
+            return i;
+        if (added < 0)
+            added = i;
     }
-    return found;
+    return added;
 }
 } // namespace
 
 AudioDeviceManagerBase::AudioDeviceManagerBase(AudioListManager *listManager, QObject *parent)
     : QObject(parent), m_listManager(listManager) {
-    m_reopenTimer.setSingleShot(true);
-    m_reopenTimer.setInterval(reopenDelayMs);
-    connect(&m_reopenTimer, &QTimer::timeout, this, &AudioDeviceManagerBase::TryToReopen);
     connect(listManager, &AudioListManager::DeviceListChanged, this,
             &AudioDeviceManagerBase::audiolistmanager_DeiceListChanged, Qt::QueuedConnection);
-    connect(listManager, &AudioListManager::Refreshed, this,
-            &AudioDeviceManagerBase::OnListRefreshed, Qt::QueuedConnection);
 }
 
-QAudioFormat AudioDeviceManagerBase::speechFormat(int sampleRate) {
-    QAudioFormat format;
-    format.setSampleRate(sampleRate);
-    format.setChannelCount(1);
-    format.setSampleSize(16);
-    format.setSampleType(QAudioFormat::SignedInt);
-    format.setByteOrder(QAudioFormat::LittleEndian);
-    format.setCodec(QStringLiteral("audio/pcm"));
-    return format;
+void AudioDeviceManagerBase::ConnectStream(SoundStream *stream) {
+    connect(this, &AudioDeviceManagerBase::OpenRequested, stream, &SoundStream::Open,
+            Qt::QueuedConnection);
+    connect(this, &AudioDeviceManagerBase::CloseRequested, stream, &SoundStream::Close,
+            Qt::QueuedConnection);
+    connect(this, &AudioDeviceManagerBase::VolumeRequested, stream, &SoundStream::SetVolume,
+            Qt::QueuedConnection);
+    connect(stream, &SoundStream::StateChanged, this,
+            &AudioDeviceManagerBase::OnDeviceStateChanged, Qt::QueuedConnection);
+}
+
+void AudioDeviceManagerBase::StartDevice() {
+    if (!m_currentDevice.isNull())
+        emit OpenRequested(m_currentDevice);
+}
+
+void AudioDeviceManagerBase::OnDeviceStateChanged(QAudio::State state) {
+    if (state == QAudio::StoppedState)
+        emit DeviceStopped();
+}
+
+QString AudioDeviceManagerBase::WantedName() const {
+    return m_wantedName.isEmpty() ? m_currentDevice.deviceName() : m_wantedName;
 }
 
 void AudioDeviceManagerBase::set_IsTrackChanges(bool isTrackChanges) {
@@ -63,10 +64,7 @@ void AudioDeviceManagerBase::SelectDevice(const QString &name) {
     m_wantedName = name;
     if (!m_isListKnown)
         return;
-    const int found = IndexOfName(name);
-    StopDevice();
-    MakeCurrent(found >= 0 ? found : 0);
-    StartDevice();
+    SwitchTo(qMax(0, IndexOfName(name)));
     emit SelectedIndexChanged();
 }
 
@@ -74,39 +72,10 @@ void AudioDeviceManagerBase::set_SelectedIndex(int index) {
     const bool isInRange = index >= 0 && index < m_deviceList.size();
     if (isInRange ? index == m_selectedIndex : m_selectedIndex < 0)
         return;
-    StopDevice();
-    MakeCurrent(index);
-    if (isInRange) {
+    SwitchTo(index);
+    if (isInRange)
         m_wantedName = m_currentDevice.deviceName();
-        StartDevice();
-    }
     emit SelectedIndexChanged();
-}
-
-void AudioDeviceManagerBase::OnListRefreshed() {
-    const bool wasStale = std::exchange(m_isListStale, false);
-    if (wasStale && m_reopenTimer.isActive())
-        StartDevice();
-}
-
-void AudioDeviceManagerBase::TryToReopen() {
-    if (m_isListStale)
-        ReopenLater();
-    else
-        StartDevice();
-}
-
-void AudioDeviceManagerBase::Reopen() {
-    if (m_sinceStart.hasExpired(reopenDelayMs))
-        TryToReopen();
-    else
-        ReopenLater();
-}
-
-void AudioDeviceManagerBase::Disconnect() {
-    CancelReopen();
-    disconnect(m_listManager, nullptr, this, nullptr);
-    QCoreApplication::removePostedEvents(this);
 }
 
 void AudioDeviceManagerBase::audiolistmanager_DeiceListChanged() {
@@ -126,34 +95,29 @@ void AudioDeviceManagerBase::audiolistmanager_DeiceListChanged() {
 void AudioDeviceManagerBase::TakeOverFirstList(const QList<ExtAudioDeviceInfo> &newList) {
     m_isListKnown = true;
     m_deviceList = newList;
-    const int wanted = IndexOfName(m_wantedName);
-    MakeCurrent(wanted >= 0 ? wanted : 0);
-    StartDevice();
+    SwitchTo(qMax(0, IndexOfName(m_wantedName)));
     emit DeviceListChanged();
     emit SelectedIndexChanged();
 }
 
 void AudioDeviceManagerBase::TakeOverList(const QList<ExtAudioDeviceInfo> &newList) {
-    const ListComparison found = compare(newList, m_deviceList, m_currentDevice);
-    if (found.current >= 0 && !(m_isTrackChanges && found.added >= 0)) {
-        m_deviceList = newList;
-        m_selectedIndex = found.current;
-        emit DeviceListChanged();
-        emit SelectedIndexChanged();
-        return;
-    }
-    StopDevice();
-    const bool wasEmpty = m_deviceList.isEmpty();
+    const int added = indexOfAdded(newList, m_deviceList, m_wantedName);
     m_deviceList = newList;
-    // With no device before, as when the sound server came late, the user's choice counts as it
-    // does for the first list.
-    const int wanted = wasEmpty ? IndexOfName(m_wantedName) : -1;
-    const int added = found.added >= 0 ? found.added : 0;
-    MakeCurrent(wanted >= 0 ? wanted : added);
-    StartDevice();
+    const int current = m_deviceList.indexOf(m_currentDevice);
+    const int wanted = IndexOfName(m_wantedName);
+    const bool isFollowing = m_isTrackChanges && added >= 0;
+    // One that only stands in for the wanted device gives way to it.
+    const int next = isFollowing ? added : wanted >= 0 ? wanted : current >= 0 ? current : added;
+    const bool isSwitched = next < 0 || next != current;
+    if (isSwitched)
+        SwitchTo(qMax(0, next));
+    else
+        m_selectedIndex = current;
+    if (isFollowing)
+        m_wantedName = m_currentDevice.deviceName();
     emit DeviceListChanged();
     emit SelectedIndexChanged();
-    if (m_isTrackChanges)
+    if (m_isTrackChanges && isSwitched)
         emit DeviceNotification();
 }
 
@@ -165,8 +129,10 @@ int AudioDeviceManagerBase::IndexOfName(const QString &name) const {
     return -1;
 }
 
-void AudioDeviceManagerBase::MakeCurrent(int index) {
+void AudioDeviceManagerBase::SwitchTo(int index) {
+    StopDevice();
     const bool isInRange = index >= 0 && index < m_deviceList.size();
     m_selectedIndex = isInRange ? index : -1;
     m_currentDevice = isInRange ? m_deviceList[index] : ExtAudioDeviceInfo();
+    StartDevice();
 }

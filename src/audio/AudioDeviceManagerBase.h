@@ -3,17 +3,18 @@
 #include "audio/ExtAudioDeviceInfo.h"
 
 #include <QAudio>
-#include <QAudioFormat>
-#include <QElapsedTimer>
 #include <QList>
 #include <QObject>
-#include <QTimer>
+#include <QString>
 
 class AudioListManager;
+class SoundStream;
 
-/// Keeps one audio device selected and open while devices come and go.
+/// Keeps one audio device selected while devices come and go, and has a stream keep it open.
 ///
-/// Lives on the main thread, all of it.
+/// The wanted device is the one that the user chose. While it is not plugged, another one takes its
+/// place, until it comes back. Lives on the main thread, all of it, and never waits for the sound
+/// server: what it asks of the stream is done on the thread of the sound.
 class AudioDeviceManagerBase : public QObject {
     Q_OBJECT
 
@@ -21,35 +22,32 @@ public:
     /// @param listManager  source of the device list, not owned, outlives this object
     AudioDeviceManagerBase(AudioListManager *listManager, QObject *parent);
 
-    /// The device that the system prefers.
-    virtual ExtAudioDeviceInfo DefaultDevice() const = 0;
     /// Closes the device; the selection stays.
-    virtual void StopDevice() = 0;
-    /// Opens the current device. A device that does not open is tried again once a second, until
-    /// StopDevice.
-    virtual void StartDevice() = 0;
+    void StopDevice() { emit CloseRequested(); }
+    /// Opens the current device, if there is one, and has it kept open.
+    void StartDevice();
 
     QList<ExtAudioDeviceInfo> DeviceList() const { return m_deviceList; }
     /// A null device if none is selected.
     ExtAudioDeviceInfo CurrentDevice() const { return m_currentDevice; }
+    /// The sound server's name for the device that the user chose; the current one's if he never
+    /// did.
+    QString WantedName() const;
     /// Position of the current device in the list, -1 if none is selected.
     int SelectedIndex() const { return m_selectedIndex; }
-    /// Selects the entry; an index out of range selects nothing.
+    /// Selects the entry, as the user does; an index out of range selects nothing.
     void set_SelectedIndex(int index);
     /// Whether a newly plugged device becomes the current one.
     bool IsTrackChanges() const { return m_isTrackChanges; }
     void set_IsTrackChanges(bool isTrackChanges);
 
-    /// Selects the first device of this name, or the first of all if there is none. Before the
-    /// first list the name is only kept for it.
+    /// Wants the device of this name, and selects it or, while there is none, the first of all.
+    /// Before the first list the name is only kept for it.
     void SelectDevice(const QString &name);
-    /// The sound server is gone. Until the list is looked at anew nobody knows which devices there
-    /// are, and nothing is opened.
-    void OnServerLost() { m_isListStale = true; }
 
 public slots:
     void audiolistmanager_DeiceListChanged();
-    virtual void OnDeviceStateChanged(QAudio::State state) = 0;
+    virtual void OnDeviceStateChanged(QAudio::State state);
 
 signals:
     void DeviceListChanged();
@@ -60,40 +58,21 @@ signals:
     void DeviceError(QAudio::Error error);
     void DeviceStopped();
 
+    /// To the stream.
+    void OpenRequested(const ExtAudioDeviceInfo &device);
+    void CloseRequested();
+    void VolumeRequested(int percent);
+
 protected:
-    static constexpr auto queuedAndUnique =
-        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection);
-
-    /// One channel, 16-bit signed little-endian.
-    /// @param sampleRate  Hz
-    static QAudioFormat speechFormat(int sampleRate);
-
-    virtual void OnDeviceStart() = 0;
-    virtual void OnDeviceStop() = 0;
-    /// @return the device object, a child of this one, or null
-    virtual QObject *CreateDevice(const ExtAudioDeviceInfo &device) = 0;
-
-    /// Opens the device anew: at once after a second of life, otherwise after a second, so that a
-    /// device that goes on failing does not take the whole main thread.
-    void Reopen();
-    /// Opens the device after a second, unless it is stopped before.
-    void ReopenLater() { m_reopenTimer.start(); }
-    /// To be called whenever an attempt to open begins or is called off.
-    void CancelReopen() { m_reopenTimer.stop(); }
-    /// From here on nothing reaches this object any more, not even what is on its way.
-    void Disconnect();
-    void MarkStart() { m_sinceStart.start(); }
+    /// Has this stream do what is asked for. It may live on another thread.
+    void ConnectStream(SoundStream *stream);
 
 private:
-    void OnListRefreshed();
-    /// Opens the device, or waits on until it is known to exist: Qt waits for ever for one that
-    /// does not.
-    void TryToReopen();
     void TakeOverList(const QList<ExtAudioDeviceInfo> &newList);
     void TakeOverFirstList(const QList<ExtAudioDeviceInfo> &newList);
     int IndexOfName(const QString &name) const;
-    /// Makes the entry current; an index out of range clears the current device.
-    void MakeCurrent(int index);
+    /// Opens the entry in place of the current device; an index out of range opens nothing.
+    void SwitchTo(int index);
 
     AudioListManager *m_listManager;
     QList<ExtAudioDeviceInfo> m_deviceList;
@@ -101,8 +80,5 @@ private:
     int m_selectedIndex = -1;
     bool m_isTrackChanges = false;
     bool m_isListKnown = false;
-    bool m_isListStale = false;
     QString m_wantedName;
-    QTimer m_reopenTimer{this};
-    QElapsedTimer m_sinceStart;
 };

@@ -2,8 +2,6 @@
 
 #include <QMutexLocker>
 
-#include <algorithm>
-
 AudioListManager::AudioListManager(QAudio::Mode mode, QObject *parent)
     : QObject(parent), m_mode(mode) {}
 
@@ -12,30 +10,16 @@ QList<ExtAudioDeviceInfo> AudioListManager::DeviceList() const {
     return m_list;
 }
 
-void AudioListManager::UpdateDeviceList() {
-    QList<ExtAudioDeviceInfo> oldList = DeviceList();
-    QList<ExtAudioDeviceInfo> newList;
-    bool changed = false;
-    const QList<QAudioDeviceInfo> available = AvailableDevices();
-    for (const QAudioDeviceInfo &device : available) {
-        const auto known = std::find(oldList.begin(), oldList.end(), device);
-        if (known != oldList.end()) {
-            changed = changed || known != oldList.begin();
-            newList.append(*known);
-            oldList.erase(known);
-            continue;
-        }
-        const ExtAudioDeviceInfo added = CreateExtDeviceInfo(device);
-        if (added.isNull())
-            continue;
-        newList.append(added);
-        changed = true;
-    }
-    changed = changed || !oldList.isEmpty();
-
-    QMutexLocker locker(&m_mutex);
-    if (!changed && !m_isFirstTime)
+void AudioListManager::UpdateDeviceList(const QList<ExtAudioDeviceInfo> &available) {
+    const QList<ExtAudioDeviceInfo> oldList = DeviceList();
+    if (available == oldList && !m_isFirstTime)
         return;
+    QList<ExtAudioDeviceInfo> newList;
+    for (const ExtAudioDeviceInfo &device : available) {
+        const int known = oldList.indexOf(device);
+        newList.append(known >= 0 ? oldList[known] : device);
+    }
+    QMutexLocker locker(&m_mutex);
     m_list.swap(newList);
     m_isFirstTime = false;
     locker.unlock();

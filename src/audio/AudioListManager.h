@@ -20,21 +20,18 @@ public:
     QList<ExtAudioDeviceInfo> DeviceList() const;
 
     /// Brings the list up to date and publishes it if it changed. The first publication comes even
-    /// with an empty list, so that those who wait for it know that there is nothing to open.
-    void UpdateDeviceList();
+    /// with an empty list, so that those who wait for it know that there is nothing to open. A
+    /// device that stays keeps its description.
+    /// @param available  the devices that are plugged now
+    void UpdateDeviceList(const QList<ExtAudioDeviceInfo> &available);
 
 signals:
     void DeviceListChanged();
-    /// The list tells what is plugged now, changed or not. Comes behind DeviceListChanged.
-    void Refreshed();
 
 protected:
-    /// The device with its description, or a null one to leave it out of the list.
-    virtual ExtAudioDeviceInfo CreateExtDeviceInfo(const QAudioDeviceInfo &device) = 0;
-    /// The devices that are plugged now.
-    virtual QList<QAudioDeviceInfo> AvailableDevices() = 0;
-
     QAudio::Mode Mode() const { return m_mode; }
+    /// Whether nothing has been published so far.
+    bool IsFirstTime() const { return m_isFirstTime; }
 
 private:
     const QAudio::Mode m_mode;

@@ -1,85 +1,106 @@
 #include "audio/PulseAudioListManager.h"
 
-#include "audio/PulseAudioManager.h"
+#include "audio/PulseConnection.h"
 
-#include <QSet>
-
-#include <algorithm>
+#include <pulse/pulseaudio.h>
+#include <utility>
 
 namespace {
-// Qt hears of a plugged device on its own connection to PulseAudio, most often within a few
-// milliseconds of ours. One look is dear, since Qt asks ALSA as well, so few are taken.
-constexpr int lookAgainDelayMs = 100;
-constexpr int maxLooks = 30;
+/// What stands in for a device while there is none.
+const QLatin1String standIn("auto_null");
+
+template <typename Info>
+QString describe(const Info &info) {
+    const QString description = QString::fromUtf8(info.description);
+    return info.active_port ? QStringLiteral("%1 – %2").arg(
+                                  description, QString::fromUtf8(info.active_port->description))
+                            : description;
+}
+
+bool isMonitor(const pa_source_info &source) {
+    return source.monitor_of_sink != PA_INVALID_INDEX;
+}
+
+bool isMonitor(const pa_sink_info & /*sink*/) {
+    return false;
+}
 } // namespace
 
-PulseAudioListManager::PulseAudioListManager(QAudio::Mode mode, bool useMonitors,
-                                             PulseAudioManager *parent)
-    : AudioListManager(mode, parent), m_manager(parent), m_useMonitors(useMonitors) {
-    m_lookAgainTimer.setSingleShot(true);
-    m_lookAgainTimer.setInterval(lookAgainDelayMs);
-    connect(&m_lookAgainTimer, &QTimer::timeout, this, &PulseAudioListManager::LookAgain);
+PulseAudioListManager::PulseAudioListManager(bool useMonitors, PulseConnection *connection)
+    : AudioListManager(connection->Mode(), connection), m_connection(connection),
+      m_useMonitors(useMonitors) {
+    connect(connection, &PulseConnection::deviceAdded, this,
+            &PulseAudioListManager::asyncUpdateDeviceList);
+    connect(connection, &PulseConnection::deviceRemoved, this,
+            &PulseAudioListManager::asyncUpdateDeviceList);
+    connect(connection, &PulseConnection::connected, this,
+            [this] { asyncUpdateDeviceList(PA_INVALID_INDEX); });
+    connect(connection, &PulseConnection::disconnected, this,
+            [this] { m_isAsking = m_isAskedAgain = false; });
+    connect(connection, &PulseConnection::unreachable, this, [this] {
+        if (IsFirstTime())
+            UpdateDeviceList({});
+    });
 }
 
 void PulseAudioListManager::asyncUpdateDeviceList(uint32_t /*index*/) {
-    if (m_pendingUpdates.fetch_add(1) != 0)
+    if (!m_connection->IsReady())
         return;
-    QMetaObject::invokeMethod(this, &PulseAudioListManager::RunPendingUpdates,
-                              Qt::QueuedConnection);
+    if (m_isAsking)
+        m_isAskedAgain = true;
+    else
+        Ask();
 }
 
-void PulseAudioListManager::RunPendingUpdates() {
-    for (;;) {
-        Refresh();
-        int handled = 1;
-        if (m_pendingUpdates.compare_exchange_strong(handled, 0))
-            break;
-        m_pendingUpdates.store(1);
-    }
-    m_looksLeft = maxLooks;
-    LookAgainLater();
-}
-
-void PulseAudioListManager::Refresh() {
-    UpdateDeviceList();
-    if (m_isComplete)
-        emit Refreshed();
-}
-
-void PulseAudioListManager::LookAgain() {
-    Refresh();
-    LookAgainLater();
-}
-
-void PulseAudioListManager::LookAgainLater() {
-    if (!m_qtIsBehind || m_looksLeft == 0)
-        return;
-    --m_looksLeft;
-    m_lookAgainTimer.start();
-}
-
-QList<QAudioDeviceInfo> PulseAudioListManager::AvailableDevices() {
-    m_qtIsBehind = false;
-    m_isComplete = false;
-    if (!m_manager->IsQtConnected())
-        return {};
-    QList<QAudioDeviceInfo> devices = QAudioDeviceInfo::availableDevices(Mode());
-    std::optional<QSet<QString>> plugged = m_manager->GetDeviceNames(Mode());
-    m_isComplete = plugged.has_value();
-    if (!plugged)
-        return devices;
-    // Qt keeps devices of an earlier run of PulseAudio for ever, and may name one twice after it.
-    const auto isGone = [&plugged](const QAudioDeviceInfo &device) {
-        return !plugged->remove(device.deviceName());
+void PulseAudioListManager::Ask() {
+    m_answer.clear();
+    const auto takePreferred = [](pa_context *, const pa_server_info *server, void *self) {
+        auto *list = static_cast<PulseAudioListManager *>(self);
+        if (server)
+            list->m_preferredName = QString::fromUtf8(list->Mode() == QAudio::AudioInput
+                                                          ? server->default_source_name
+                                                          : server->default_sink_name);
     };
-    devices.erase(std::remove_if(devices.begin(), devices.end(), isGone), devices.end());
-    m_qtIsBehind = !plugged->isEmpty();
-    return devices;
+    const auto take = [](pa_context *, const auto *info, int eol, void *self) {
+        static_cast<PulseAudioListManager *>(self)->TakeAnswer(info, eol);
+    };
+    pa_context *context = m_connection->Context();
+    // The second answer comes behind the first. Both die with the connection, as this object does.
+    pa_operation *preferred = pa_context_get_server_info(context, takePreferred, this);
+    pa_operation *list = Mode() == QAudio::AudioInput
+                             ? pa_context_get_source_info_list(context, take, this)
+                             : pa_context_get_sink_info_list(context, take, this);
+    m_isAsking = list != nullptr;
+    for (pa_operation *operation : {preferred, list}) {
+        if (operation)
+            pa_operation_unref(operation);
+    }
 }
 
-ExtAudioDeviceInfo PulseAudioListManager::CreateExtDeviceInfo(const QAudioDeviceInfo &device) {
-    const PulseDeviceInfo info = m_manager->GetDeviceInfo(Mode(), device.deviceName());
-    if (!info.found || (info.monitor && !m_useMonitors))
-        return {};
-    return ExtAudioDeviceInfo(device, info.description);
+template <typename Info>
+void PulseAudioListManager::TakeAnswer(const Info *info, int eol) {
+    if (eol != 0)
+        OnListEnd(eol > 0);
+    else
+        TakeDevice({QString::fromUtf8(info->name), describe(*info)}, isMonitor(*info));
+}
+
+void PulseAudioListManager::TakeDevice(const ExtAudioDeviceInfo &device, bool isMonitor) {
+    const QString name = device.deviceName();
+    if (name == standIn || name == standIn + QStringLiteral(".monitor"))
+        return;
+    if (isMonitor && !m_useMonitors)
+        return;
+    if (name == m_preferredName)
+        m_answer.prepend(device);
+    else
+        m_answer.append(device);
+}
+
+void PulseAudioListManager::OnListEnd(bool isWhole) {
+    m_isAsking = false;
+    if (isWhole)
+        UpdateDeviceList(m_answer);
+    if (std::exchange(m_isAskedAgain, false))
+        Ask();
 }

@@ -2,43 +2,38 @@
 
 #include "audio/AudioListManager.h"
 
-#include <QTimer>
-
-#include <atomic>
 #include <cstdint>
 
-class PulseAudioManager;
+class PulseConnection;
 
-/// The device list of one direction, as PulseAudio knows it.
+/// The device list of one direction, as PulseAudio knows it: the server's preferred device first.
+///
+/// The device that a server offers while it has none is left out. While there is no server, the list
+/// stays as it was.
 class PulseAudioListManager : public AudioListManager {
     Q_OBJECT
 
 public:
     /// @param useMonitors  whether what the sinks play is offered as an input device
-    /// @param parent       the connection to PulseAudio, owns this object
-    PulseAudioListManager(QAudio::Mode mode, bool useMonitors, PulseAudioManager *parent);
+    /// @param connection   owns this object, on whose thread it lives
+    PulseAudioListManager(bool useMonitors, PulseConnection *connection);
 
 public slots:
-    /// Asks for a new list. Any thread; any number of requests during an update costs exactly one
-    /// more update.
+    /// Asks for a new list; any number of requests until it is there costs one more.
     void asyncUpdateDeviceList(uint32_t index);
 
-protected:
-    ExtAudioDeviceInfo CreateExtDeviceInfo(const QAudioDeviceInfo &device) override;
-    QList<QAudioDeviceInfo> AvailableDevices() override;
-
 private:
-    void RunPendingUpdates();
-    void Refresh();
-    void LookAgain();
-    void LookAgainLater();
+    void Ask();
+    /// @tparam Info  pa_source_info or pa_sink_info
+    template <typename Info>
+    void TakeAnswer(const Info *info, int eol);
+    void TakeDevice(const ExtAudioDeviceInfo &device, bool isMonitor);
+    void OnListEnd(bool isWhole);
 
-    PulseAudioManager *m_manager;
+    PulseConnection *m_connection;
     const bool m_useMonitors;
-    std::atomic<int> m_pendingUpdates{0};
-    /// The server was asked at the last look, and answered.
-    bool m_isComplete = false;
-    bool m_qtIsBehind = false;
-    int m_looksLeft = 0;
-    QTimer m_lookAgainTimer{this};
+    bool m_isAsking = false;
+    bool m_isAskedAgain = false;
+    QString m_preferredName;
+    QList<ExtAudioDeviceInfo> m_answer;
 };

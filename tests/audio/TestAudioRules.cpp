@@ -2,27 +2,22 @@
 #include "audio/AudioDeviceManagerBase.h"
 #include "audio/AudioListManager.h"
 #include "audio/LevelCalc.h"
-#include "audio/PulseAudioListManager.h"
-#include "audio/PulseAudioManager.h"
 
-#include <QHash>
 #include <QSignalSpy>
-
-#include <pulse/introspect.h>
-#include <thread>
-#include <vector>
 
 namespace {
 using Samples = QVector<short>;
 
-/// A list whose devices the test names, "a b": real ones, in the order told.
+/// A list whose devices the test names, "a b", in the order told.
 class ScriptedList : public AudioListManager {
 public:
     ScriptedList() : AudioListManager(QAudio::AudioOutput, nullptr) {}
 
-    void plug(const QString &names) {
-        m_names = names.split(' ', Qt::SkipEmptyParts);
-        UpdateDeviceList();
+    void plug(const QString &names, const QString &description = QString()) {
+        QList<ExtAudioDeviceInfo> devices;
+        for (const QString &name : names.split(' ', Qt::SkipEmptyParts))
+            devices << ExtAudioDeviceInfo(name, description);
+        UpdateDeviceList(devices);
     }
     static QString namesOf(const QList<ExtAudioDeviceInfo> &devices) {
         QStringList result;
@@ -30,74 +25,21 @@ public:
             result << device.deviceName();
         return result.join(' ');
     }
-
-    /// The real devices by their names.
-    static inline QHash<QString, QAudioDeviceInfo> devices;
-
-    int descriptionsAsked = 0;
-
-protected:
-    ExtAudioDeviceInfo CreateExtDeviceInfo(const QAudioDeviceInfo &device) override {
-        ++descriptionsAsked;
-        const QString name = device.deviceName();
-        return name == "hidden" ? ExtAudioDeviceInfo() : ExtAudioDeviceInfo(device, name.toUpper());
-    }
-
-    QList<QAudioDeviceInfo> AvailableDevices() override {
-        QList<QAudioDeviceInfo> result;
-        for (const QString &name : qAsConst(m_names))
-            result << devices.value(name);
-        return result;
-    }
-
-private:
-    QStringList m_names;
 };
 
-/// A manager whose device only writes down what happens to it.
+/// A manager without a stream, and what it asks of one and tells.
 class ScriptedDevice : public AudioDeviceManagerBase {
 public:
     explicit ScriptedDevice(AudioListManager *list) : AudioDeviceManagerBase(list, nullptr) {
         connect(this, &ScriptedDevice::DeviceListChanged, this, [this] { log << "list"; });
         connect(this, &ScriptedDevice::SelectedIndexChanged, this, [this] { log << "index"; });
         connect(this, &ScriptedDevice::DeviceNotification, this, [this] { log << "notify"; });
+        connect(this, &ScriptedDevice::CloseRequested, this, [this] { log << "stop"; });
+        connect(this, &ScriptedDevice::OpenRequested, this,
+                [this](const ExtAudioDeviceInfo &device) { log << "start-" + device.deviceName(); });
     }
-
-    ExtAudioDeviceInfo DefaultDevice() const override { return {}; }
-    void StopDevice() override { log << "stop"; }
-    void StartDevice() override {
-        CancelReopen();
-        MarkStart();
-        log << "start-" + CurrentDevice().deviceName();
-    }
-    void OnDeviceStateChanged(QAudio::State) override {}
-
-    using AudioDeviceManagerBase::Reopen;
 
     QStringList log;
-
-protected:
-    void OnDeviceStart() override {}
-    void OnDeviceStop() override {}
-    QObject *CreateDevice(const ExtAudioDeviceInfo &) override { return nullptr; }
-};
-
-/// Counts its updates, and is asked for more while the first of them is under way.
-class CountingList : public PulseAudioListManager {
-public:
-    explicit CountingList(PulseAudioManager *manager)
-        : PulseAudioListManager(QAudio::AudioInput, false, manager) {}
-
-    int updates = 0;
-
-protected:
-    QList<QAudioDeviceInfo> AvailableDevices() override {
-        if (++updates == 1) {
-            for (int i = 0; i < 20; ++i)
-                asyncUpdateDeviceList(0);
-        }
-        return {};
-    }
 };
 } // namespace
 
@@ -106,7 +48,6 @@ class TestAudioRules : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void level_data();
     void level();
     void listIsPublishedWhenItChanges_data();
@@ -116,19 +57,7 @@ private slots:
     void newListMovesTheSelection();
     void selects_data();
     void selects();
-    void failingDeviceIsOpenedOnceASecond();
-    void manyRequestsCostOneMoreUpdate();
-    void activePortIsPartOfTheDescription();
 };
-
-void TestAudioRules::initTestCase() {
-    for (const char *name : {"a", "b", "c", "hidden"})
-        desk().loadModule({"module-null-sink", "sink_name=" + QLatin1String(name)});
-    const auto all = QAudioDeviceInfo::availableDevices(QAudio::AudioOutput);
-    for (const QAudioDeviceInfo &device : all)
-        ScriptedList::devices.insert(device.deviceName(), device);
-    QVERIFY(ScriptedList::devices.contains("hidden"));
-}
 
 void TestAudioRules::level_data() {
     columns<Samples, int>("samples", "level");
@@ -160,7 +89,6 @@ void TestAudioRules::listIsPublishedWhenItChanges_data() {
     row("another order", "a b", "b a", true);
     row("one plugged", "a", "a b", true);
     row("the last unplugged", "a", "", true);
-    row("one without a description", "a", "a hidden", false);
 }
 
 void TestAudioRules::listIsPublishedWhenItChanges() {
@@ -171,37 +99,41 @@ void TestAudioRules::listIsPublishedWhenItChanges() {
     list.plug(before);
     QCOMPARE(published.size(), 1);
     list.plug(after);
-    QCOMPARE(ScriptedList::namesOf(list.DeviceList()), after.remove(" hidden"));
+    QCOMPARE(ScriptedList::namesOf(list.DeviceList()), after);
     QTEST(published.size() == 2, "published");
 }
 
 void TestAudioRules::knownDeviceKeepsItsDescription() {
     ScriptedList list;
-    list.plug("a");
-    list.plug("a b");
-    QCOMPARE(list.DeviceList()[0].Description(), "A");
-    QCOMPARE(list.descriptionsAsked, 2);
+    list.plug("a", "first");
+    list.plug("a b", "second");
+    QCOMPARE(list.DeviceList()[0].Description(), "first");
     list.plug("b");
-    list.plug("a b");
-    QCOMPARE(list.descriptionsAsked, 3);
+    list.plug("a b", "third");
+    QCOMPARE(list.DeviceList()[0].Description(), "third");
 }
 
 void TestAudioRules::newListMovesTheSelection_data() {
     columns<bool, QString, QString, QString, int, QString>("tracking", "before", "wanted", "after",
                                                            "index", "happened");
     const QString noListYet;
-    row("first list", false, noListYet, "b", "a b", 1, "start-b list index");
-    row("first list, unknown name", false, noListYet, "z", "a b", 0, "start-a list index");
-    row("first list, no device", false, noListYet, "b", "", -1, "start- list index");
+    row("first list", false, noListYet, "b", "a b", 1, "stop start-b list index");
+    row("first list, unknown name", false, noListYet, "z", "a b", 0, "stop start-a list index");
+    row("first list, no device", false, noListYet, "b", "", -1, "stop list index");
     row("tracking, plugged", true, "a b", "a", "a b c", 2, "stop start-c list index notify");
     row("tracking, the order changed", true, "a b", "a", "b a", 1, "list index");
     row("tracking, unplugged", true, "a b c", "b", "a c", 0, "stop start-a list index notify");
+    row("tracking, the wanted among others", true, "a", "c", "a b c d", 2,
+        "stop start-c list index notify");
     row("plugged before the current", false, "b c", "c", "a b c", 2, "list index");
     row("another unplugged", false, "a b c", "c", "b c", 1, "list index");
     row("the current unplugged", false, "a b c", "b", "a c", 0, "stop start-a list index");
     row("the current exchanged", false, "a b", "b", "a c", 1, "stop start-c list index");
-    row("the last unplugged", false, "a", "a", "", -1, "stop start- list index");
-    row("the choice counts again", false, "", "b", "a b c", 1, "stop start-b list index");
+    row("the last unplugged", false, "a", "a", "", -1, "stop list index");
+    row("the wanted plugged late", false, "a b", "c", "a b c", 2, "stop start-c list index");
+    row("another plugged while the wanted is away", false, "a", "c", "a b", 0, "list index");
+    row("the wanted for another stand-in", false, "a", "c", "b c", 1, "stop start-c list index");
+    row("the first devices at all", false, "", "b", "a b c", 1, "stop start-b list index");
 }
 
 void TestAudioRules::newListMovesTheSelection() {
@@ -217,8 +149,9 @@ void TestAudioRules::newListMovesTheSelection() {
     device.set_IsTrackChanges(tracking);
     if (!before.isNull()) {
         list.plug(before);
-        QTRY_COMPARE(device.log.size(), 3);
-        QCOMPARE(device.CurrentDevice().deviceName(), before.isEmpty() ? QString() : wanted);
+        QTRY_COMPARE(device.log.value(device.log.size() - 1), "index");
+        QCOMPARE(device.CurrentDevice().deviceName(),
+                 before.contains(wanted) ? wanted : before.section(' ', 0, 0));
         device.log.clear();
     }
     list.plug(after);
@@ -256,63 +189,5 @@ void TestAudioRules::selects() {
     QTEST(device.log.join(' '), "happened");
 }
 
-void TestAudioRules::failingDeviceIsOpenedOnceASecond() {
-    ScriptedList list;
-    ScriptedDevice device(&list);
-    QElapsedTimer sinceStart;
-    sinceStart.start();
-    device.StartDevice();
-    device.log.clear();
-    device.Reopen();
-    QCOMPARE(device.log.size(), 0);
-    QTRY_COMPARE(device.log.size(), 1);
-    QVERIFY2(sinceStart.elapsed() >= 950, qPrintable(QString::number(sinceStart.elapsed())));
-
-    device.Reopen();
-    QCOMPARE(device.log.size(), 1);
-    device.OnServerLost();
-    QTRY_VERIFY(sinceStart.elapsed() > 2500);
-    device.Reopen();
-    QVERIFY2(device.log.size() == 1, "nobody knows what there is to be opened");
-    emit list.Refreshed();
-    QTRY_COMPARE(device.log.size(), 2);
-    emit list.Refreshed();
-    QTRY_VERIFY(sinceStart.elapsed() > 4500);
-    QCOMPARE(device.log.size(), 2);
-    device.Reopen();
-    QCOMPARE(device.log.size(), 3);
-}
-
-void TestAudioRules::manyRequestsCostOneMoreUpdate() {
-    PulseAudioManager manager;
-    CountingList list(&manager);
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&list] {
-            for (int j = 0; j < 50; ++j)
-                list.asyncUpdateDeviceList(0);
-        });
-    for (std::thread &thread : threads)
-        thread.join();
-    QCoreApplication::processEvents();
-    QCOMPARE(list.updates, 2);
-    list.asyncUpdateDeviceList(0);
-    QTRY_COMPARE(list.updates, 3);
-}
-
-void TestAudioRules::activePortIsPartOfTheDescription() {
-    pa_source_port_info port{};
-    port.description = "Headset";
-    pa_source_info source{};
-    source.description = "Built-in";
-    QCOMPARE(PulseDeviceInfo::From(source, false).description, "Built-in");
-    source.active_port = &port;
-    QCOMPARE(PulseDeviceInfo::From(source, false).description, "Built-in – Headset");
-}
-
-int main(int argc, char **argv) {
-    endProcess(runOnDesk<QCoreApplication, TestAudioRules>(argc, argv, VirtualDesk::Sound));
-}
-
+DESK_CORE_TEST_MAIN(TestAudioRules)
 #include "TestAudioRules.moc"

@@ -45,7 +45,15 @@ private slots:
 private:
     void start(const QString &speaker);
     PlaybackDeviceManager *playback() const { return m_manager->PlaybackDevice(); }
-    QAudioOutput *output() const { return playback()->findChild<QAudioOutput *>(); }
+    /// What the server knows this program's stream by.
+    static QString stream() {
+        return desk()
+            .run("pactl", {"list", "short", "sink-inputs"})
+            .split('\n')
+            .filter("22050Hz")
+            .value(0)
+            .section('\t', 0, 0);
+    }
 
     std::unique_ptr<PulseAudioManager> m_manager;
     QStringList m_modules;
@@ -70,7 +78,7 @@ void TestPlayback::start(const QString &speaker) {
     m_manager->Start();
     QVERIFY(selected.wait(patienceMs));
     QCOMPARE(playback()->CurrentDevice().deviceName(), speaker);
-    QTRY_COMPARE(output()->state(), QAudio::IdleState);
+    QTRY_VERIFY(!stream().isEmpty());
 }
 
 void TestPlayback::playsInFullAndInOrder_data() {
@@ -160,9 +168,7 @@ void TestPlayback::volumeGoesBothWays() {
     std::thread([this] { playback()->set_Volume(40); }).join();
     QVERIFY(changed.wait(patienceMs));
     QCOMPARE(changed.takeFirst(), QVariantList{40});
-    QCOMPARE(qRound(output()->volume() * 100), 40);
-    playback()->playSound(noise(1));
-    output()->setVolume(0.7);
+    desk().run("pactl", {"set-sink-input-volume", stream(), "0.7"});
     QVERIFY(changed.wait(patienceMs));
     QCOMPARE(changed.takeFirst(), QVariantList{70});
     playback()->set_IsTrackChanges(true);
@@ -185,7 +191,6 @@ void TestPlayback::withoutADeviceOnlyTheLevelIsTold() {
     Listener listener(desk(), QStringLiteral("exact"));
     playback()->SelectDevice(QStringLiteral("exact"));
     const QByteArray played = noise(2).right(bytesPerSecond);
-    QTRY_COMPARE(output()->state(), QAudio::IdleState);
     playback()->playSound(Listener::leadIn());
     playback()->playSound(played);
     QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= played.size(), patienceMs);

@@ -1,16 +1,13 @@
 #include "DeskTest.h"
-#include "Files.h"
 #include "SineWave.h"
-#include "audio/PulseAudioListManager.h"
+#include "audio/AudioListManager.h"
 #include "audio/PulseAudioManager.h"
 #include "audio/RecordingDeviceManager.h"
 #include "core/settings/RecordingDeviceSettings.h"
 
-#include <QAudioInput>
 #include <QSignalSpy>
 
 #include <algorithm>
-#include <csignal>
 #include <thread>
 
 namespace {
@@ -23,6 +20,37 @@ QStringList describe(const QList<ExtAudioDeviceInfo> &devices) {
     result.sort();
     return result;
 }
+
+/// Whatever is recorded, taken over on this thread.
+class Recorder : public QObject {
+public:
+    explicit Recorder(RecordingDeviceManager *recording) {
+        connect(recording, &RecordingDeviceManager::SoundAvailable, this,
+                [this](const QByteArray &block) { blocks << block; });
+    }
+    bool hears(int timeoutMs = patienceMs) {
+        return QTest::qWaitFor([this] { return !blocks.isEmpty(); }, timeoutMs);
+    }
+
+    QList<QByteArray> blocks;
+};
+
+/// The longest time that the main thread was kept from its events since this was made.
+class Pulse : public QObject {
+public:
+    Pulse() {
+        startTimer(10, Qt::PreciseTimer);
+        m_sinceBeat.start();
+    }
+    qint64 longestMs() const { return qMax(m_longestMs, m_sinceBeat.elapsed()); }
+
+protected:
+    void timerEvent(QTimerEvent *) override { m_longestMs = qMax(m_longestMs, m_sinceBeat.restart()); }
+
+private:
+    QElapsedTimer m_sinceBeat;
+    qint64 m_longestMs = 0;
+};
 
 QString plugMicrophone(const QString &name) {
     return desk().loadModule({"module-remap-source", "master=micfeed.monitor",
@@ -46,22 +74,31 @@ private slots:
     void savesTheChoice();
     void pluggedMicrophone_data();
     void pluggedMicrophone();
-    void wantedMicrophoneGivesWayToTheNext();
+    void wantedMicrophoneGivesWayAndComesBack();
     void keepsUpWithABurst();
     void killedStreamIsOpenedAgain();
-    void survivesARestartOfPulseAudio_data();
-    void survivesARestartOfPulseAudio();
-    void lookUpEndsWhenPulseAudioDies();
-    void endsWhilePulseAudioIsAway();
+    void survivesTheServer_data();
+    void survivesTheServer();
+    void hungServerHoldsNobody_data();
+    void hungServerHoldsNobody();
+    void survivesTheSessionManager();
+    void endsWhileTheServerIsAway();
     void stopsWithoutStart();
 
 private:
     void start();
     RecordingDeviceManager *recording() const { return m_manager->RecordingDevice(); }
-    bool hears() const {
-        return QSignalSpy(recording(), &RecordingDeviceManager::SoundAvailable).wait(patienceMs);
+    QString current() const { return recording()->CurrentDevice().deviceName(); }
+    bool hears() const { return Recorder(recording()).hears(); }
+    /// What the server knows this program's stream by.
+    static QString stream() {
+        return desk()
+            .run("pactl", {"list", "short", "source-outputs"})
+            .split('\n')
+            .filter("16000Hz")
+            .value(0)
+            .section('\t', 0, 0);
     }
-    QAudioInput *input() const { return recording()->findChild<QAudioInput *>(); }
 
     std::unique_ptr<PulseAudioManager> m_manager;
     QStringList m_modules;
@@ -85,14 +122,13 @@ void TestRecording::start() {
     QSignalSpy selected(recording(), &RecordingDeviceManager::SelectedIndexChanged);
     m_manager->Start();
     QVERIFY(selected.wait(patienceMs));
-    QVERIFY(input());
 }
 
 void TestRecording::lists_data() {
     columns<bool, QStringList>("useMonitors", "inputs");
     row("microphones", false, QStringList{"mic=Microphone"});
     row("microphones and monitors", true,
-        QStringList{"mic=Microphone", "micfeed.monitor=Monitor of Null Output",
+        QStringList{"mic=Microphone", "micfeed.monitor=Monitor of Feed",
                     "speaker.monitor=Monitor of Speaker"});
 }
 
@@ -102,10 +138,7 @@ void TestRecording::lists() {
     start();
     QTEST(describe(m_manager->InputListManager()->DeviceList()), "inputs");
     QTRY_COMPARE(describe(m_manager->OutputListManager()->DeviceList()),
-                 (QStringList{"micfeed=Null Output", "speaker=Speaker"}));
-    const PulseDeviceInfo monitor = m_manager->GetDeviceInfo(QAudio::AudioInput, "speaker.monitor");
-    QVERIFY(monitor.found && monitor.monitor);
-    QVERIFY(!m_manager->GetDeviceInfo(QAudio::AudioOutput, "no such device").found);
+                 (QStringList{"micfeed=Feed", "speaker=Speaker"}));
 }
 
 void TestRecording::recordsWhatIsSaid_data() {
@@ -118,44 +151,39 @@ void TestRecording::recordsWhatIsSaid() {
     QFETCH(bool, useNotifyEvent);
     RecordingDeviceSettings().UseNotifyEvent = useNotifyEvent;
     start();
-    QSignalSpy blocks(recording(), &RecordingDeviceManager::SoundAvailable);
-    QSignalSpy levels(recording(), &RecordingDeviceManager::CurrentLevelChanged);
-    QVERIFY(blocks.wait(patienceMs));
+    Recorder recorder(recording());
+    QVERIFY(recorder.hears());
     QProcess *speaker = desk().speak(SineWave(440, 8000, 4).save(desk().folder() + "/a.wav"));
     // 8000 sin is 5093 in the mean, so a whole block sums up to log10(5093) / 4.5154 = 82 percent.
     QTRY_COMPARE_WITH_TIMEOUT(recording()->CurrentLevel(), 82, patienceMs);
-    blocks.clear();
-    QTRY_VERIFY_WITH_TIMEOUT(blocks.size() >= 5, patienceMs);
+    recorder.blocks.clear();
+    QTRY_VERIFY_WITH_TIMEOUT(recorder.blocks.size() >= 5, patienceMs);
     desk().end(speaker);
     QByteArray sound;
     QVector<int> sizes;
-    for (const QList<QVariant> &block : qAsConst(blocks)) {
-        sound += block.first().toByteArray();
-        sizes << block.first().toByteArray().size();
+    for (const QByteArray &block : qAsConst(recorder.blocks)) {
+        sound += block;
+        sizes << block.size();
     }
     // A tone in one piece: a lost sample would spread it over other pitches.
     QVERIFY2(SineWave::share(sound, 440) > 0.95, "the sound is not the tone that was played");
     QVERIFY2(SineWave::share(sound, 700) < 0.05, "a tone is heard that was not played");
-    // Whole pieces of 200 ms, give or take what PulseAudio's resampling does to each: a busy
-    // machine hands over several at once.
-    QCOMPARE(input()->bufferSize(), pieceSize);
-    QCOMPARE(input()->notifyInterval(), 200);
+    // Pieces of 200 ms, and the rest of what the server had ready.
     std::sort(sizes.begin(), sizes.end());
     const int median = sizes[sizes.size() / 2];
-    const int pieces = qRound(double(median) / pieceSize);
-    QVERIFY2(pieces >= 1 && qAbs(median - pieces * pieceSize) <= pieces * 32,
-             qPrintable(QString::number(median)));
-    QVERIFY(!levels.isEmpty());
+    QVERIFY2(median >= pieceSize && median < 2 * pieceSize, qPrintable(QString::number(median)));
 }
 
 void TestRecording::mutedBlocksAreThrownAway() {
     start();
-    QSignalSpy blocks(recording(), &RecordingDeviceManager::SoundAvailable);
-    QVERIFY(blocks.wait(patienceMs));
+    Recorder recorder(recording());
+    QVERIFY(recorder.hears());
     recording()->setMuted(true);
-    QVERIFY(!blocks.wait(1000));
+    QCoreApplication::processEvents();
+    recorder.blocks.clear();
+    QVERIFY(!recorder.hears(1000));
     recording()->setMuted(false);
-    QVERIFY(blocks.wait(patienceMs));
+    QVERIFY(recorder.hears());
 }
 
 void TestRecording::gainGoesBothWays() {
@@ -165,14 +193,14 @@ void TestRecording::gainGoesBothWays() {
     std::thread([this] { recording()->set_Gain(0); }).join();
     QVERIFY(changed.wait(patienceMs));
     QCOMPARE(changed.takeFirst(), QVariantList{0});
-    QCOMPARE(input()->volume(), 0.0);
     QVERIFY(hears());
+    QTRY_VERIFY(desk().run("pactl", {"list", "source-outputs"}).contains(" 0%"));
     // Not saved: the next device gets the gain all the same.
     recording()->SelectDevice("mic");
+    QVERIFY(hears());
     QCOMPARE(recording()->Gain(), 0);
     QVERIFY(changed.isEmpty());
-    QVERIFY(hears());
-    input()->setVolume(0.294);
+    desk().run("pactl", {"set-source-output-volume", stream(), "0.294"});
     QVERIFY(changed.wait(patienceMs));
     QCOMPARE(changed.first(), QVariantList{29});
     QCOMPARE(recording()->Gain(), 29);
@@ -201,25 +229,33 @@ void TestRecording::pluggedMicrophone() {
     QFETCH(bool, tracking);
     start();
     recording()->set_IsTrackChanges(tracking);
-    const QAudioInput *before = input();
     m_modules << plugMicrophone("other");
     QTRY_COMPARE(recording()->DeviceList().size(), 2);
-    QCOMPARE(recording()->CurrentDevice().deviceName(), tracking ? "other" : "mic");
+    QCOMPARE(current(), tracking ? "other" : "mic");
+    QCOMPARE(recording()->WantedName(), current());
     QVERIFY(hears());
-    QCOMPARE(input() != before, tracking);
 }
 
-void TestRecording::wantedMicrophoneGivesWayToTheNext() {
-    const QString module = plugMicrophone("other");
+void TestRecording::wantedMicrophoneGivesWayAndComesBack() {
+    // Plugged a moment after the start.
     RecordingDeviceSettings().Name = "other";
     start();
-    QCOMPARE(recording()->CurrentDevice().deviceName(), "other");
-    QCOMPARE(recording()->DeviceList().size(), 2);
+    QTRY_COMPARE(current(), "mic");
     QVERIFY(hears());
-    desk().unloadModule(module);
-    QTRY_COMPARE(recording()->CurrentDevice().deviceName(), "mic");
-    QCOMPARE(recording()->SelectedIndex(), 0);
-    QVERIFY(hears());
+    recording()->SaveSettings();
+    QCOMPARE(RecordingDeviceSettings().Name.get(), "other");
+    QString module = plugMicrophone("other");
+    for (int i = 0; i < 2; ++i) {
+        QTRY_COMPARE(current(), "other");
+        QCOMPARE(recording()->DeviceList().at(recording()->SelectedIndex()).deviceName(), "other");
+        QVERIFY(hears());
+        desk().unloadModule(module);
+        QTRY_COMPARE(current(), "mic");
+        QCOMPARE(recording()->SelectedIndex(), 0);
+        QVERIFY(hears());
+        module = plugMicrophone("other");
+    }
+    m_modules << module;
 }
 
 void TestRecording::keepsUpWithABurst() {
@@ -234,71 +270,120 @@ void TestRecording::keepsUpWithABurst() {
 }
 
 void TestRecording::killedStreamIsOpenedAgain() {
+    if (desk().hasPipeWire())
+        QSKIP("only PulseAudio can be told to kill a stream");
     m_modules << desk().loadModule({"module-cli-protocol-unix"});
     start();
     QVERIFY(hears());
-    const QStringList streams =
-        desk().run("pactl", {"list", "short", "source-outputs"}).split('\n');
-    const QStringList ours = streams.filter("16000Hz");
-    QCOMPARE(ours.size(), 1);
-    desk().run("pacmd", {"kill-source-output", ours.first().section('\t', 0, 0)});
     QSignalSpy failed(recording(), &RecordingDeviceManager::DeviceError);
+    desk().run("pacmd", {"kill-source-output", stream()});
     QVERIFY(failed.wait(patienceMs));
     QVERIFY(hears());
 }
 
-void TestRecording::survivesARestartOfPulseAudio_data() {
-    QTest::addColumn<bool>("isLong");
-    row("at once", false);
-    row("after a while", true);
+void TestRecording::survivesTheServer_data() {
+    columns<bool, bool>("isThereAtTheStart", "isBare");
+    row("restarted with its devices", true, false);
+    row("restarted, and the devices come later", true, true);
+    row("started after the program", false, false);
+    row("started after the program, and the devices come later", false, true);
 }
 
-void TestRecording::survivesARestartOfPulseAudio() {
-    QFETCH(bool, isLong);
-    m_modules << plugMicrophone("other");
-    start();
-    QTRY_COMPARE(recording()->DeviceList().size(), 2);
-    recording()->SelectDevice("mic");
-    QVERIFY(hears());
-    m_modules.clear();
-
+void TestRecording::survivesTheServer() {
+    QFETCH(bool, isThereAtTheStart);
+    QFETCH(bool, isBare);
+    RecordingDeviceSettings().Name = "other";
+    if (isThereAtTheStart) {
+        plugMicrophone("other");
+        start();
+        QVERIFY(hears());
+    }
     desk().stopSound();
-    if (isLong) {
-        // Longer than Qt itself tries to reconnect.
-        QElapsedTimer down;
-        down.start();
-        QTRY_VERIFY_WITH_TIMEOUT(down.elapsed() > 5000, patienceMs);
+    if (!isThereAtTheStart) {
+        start();
+        QCOMPARE(recording()->SelectedIndex(), -1);
+    }
+    for (int round = 0; round < 2; ++round) {
+        QSignalSpy lists(recording(), &RecordingDeviceManager::DeviceListChanged);
+        desk().startBareSound();
+        if (isBare && (isThereAtTheStart || round > 0)) {
+            QVERIFY(lists.wait(patienceMs));
+            QVERIFY2(recording()->DeviceList().isEmpty(), "nothing stands in for a device");
+            QCOMPARE(recording()->SelectedIndex(), -1);
+        }
+        desk().plugDevices();
+        if (isBare) {
+            QTRY_COMPARE(current(), "mic");
+            QVERIFY(hears());
+        }
+        plugMicrophone("other");
+        QTRY_COMPARE(current(), "other");
+        QVERIFY(hears());
+        QCOMPARE(describe(recording()->DeviceList()),
+                 (QStringList{"mic=Microphone", "other=Other"}));
+        desk().stopSound();
     }
     desk().startSound();
-    QVERIFY(hears());
-    QTRY_COMPARE(describe(recording()->DeviceList()), QStringList{"mic=Microphone"});
-    QCOMPARE(recording()->CurrentDevice().deviceName(), "mic");
-    m_modules << plugMicrophone("other");
-    QTRY_COMPARE(recording()->DeviceList().size(), 2);
 }
 
-void TestRecording::lookUpEndsWhenPulseAudioDies() {
-    start();
-    const pid_t server =
-        bytesOf(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/pulse/pid").trimmed().toInt();
-    QVERIFY(server > 1);
-    QSignalSpy lists(recording(), &RecordingDeviceManager::DeviceListChanged);
-    QCOMPARE(kill(server, SIGSTOP), 0);
-    m_manager->InputListManager()->asyncUpdateDeviceList(0);
-    QVERIFY2(!lists.wait(500), "a list came without an answer");
-    QCOMPARE(kill(server, SIGKILL), 0);
-    desk().stopSound();
-    desk().startSound();
-    m_modules << plugMicrophone("other");
-    QTRY_COMPARE(recording()->DeviceList().size(), 2);
-    QVERIFY(hears());
+void TestRecording::hungServerHoldsNobody_data() {
+    columns<int>("hangMs");
+    row("for a moment", 1000);
+    row("longer than an answer may take", 9000);
+    row("longer than libpulse itself waits", 40000);
 }
 
-void TestRecording::endsWhilePulseAudioIsAway() {
+void TestRecording::hungServerHoldsNobody() {
+    QFETCH(int, hangMs);
+    m_modules << plugMicrophone("other");
+    RecordingDeviceSettings().Name = "mic";
     start();
-    QSignalSpy attempts(recording(), &RecordingDeviceManager::DeviceStopped);
+    QVERIFY(hears());
+    desk().hangSound();
+    QElapsedTimer sinceHang;
+    sinceHang.start();
+    const Pulse pulse;
+    // The answer to this is what the program does not get.
+    recording()->SelectDevice("other");
+    recording()->set_Gain(50);
+    QTRY_VERIFY_WITH_TIMEOUT(sinceHang.hasExpired(hangMs), hangMs + patienceMs);
+    desk().resumeSound();
+    Recorder recorder(recording());
+    QElapsedTimer sinceReturn;
+    sinceReturn.start();
+    QVERIFY(recorder.hears());
+    QVERIFY2(sinceReturn.elapsed() < 5000, qPrintable(QString::number(sinceReturn.elapsed())));
+    QCOMPARE(current(), "other");
+    desk().hangSound();
+    recording()->SelectDevice("mic");
+    QElapsedTimer sinceEnd;
+    sinceEnd.start();
+    m_manager.reset();
+    desk().resumeSound();
+    QVERIFY2(sinceEnd.elapsed() < 1000, qPrintable(QString::number(sinceEnd.elapsed())));
+    QVERIFY2(pulse.longestMs() < 1000, qPrintable(QString::number(pulse.longestMs())));
+}
+
+void TestRecording::survivesTheSessionManager() {
+    if (!desk().hasPipeWire())
+        QSKIP("PulseAudio has none");
+    start();
+    for (int i = 0; i < 5; ++i) {
+        QVERIFY(hears());
+        desk().restartSessionManager();
+    }
+    // Sound that the restart of the manager has left on its way does not count.
+    Recorder recorder(recording());
+    QTRY_VERIFY(recorder.blocks.size() > 20);
+    QCOMPARE(current(), "mic");
+}
+
+void TestRecording::endsWhileTheServerIsAway() {
+    start();
+    QVERIFY(hears());
+    QSignalSpy stopped(recording(), &RecordingDeviceManager::DeviceStopped);
     desk().stopSound();
-    QVERIFY(attempts.wait(patienceMs));
+    QVERIFY(stopped.wait(patienceMs));
     m_manager.reset();
     desk().startSound();
 }
@@ -308,8 +393,10 @@ void TestRecording::stopsWithoutStart() {
     m_manager->Stop();
     QCOMPARE(recording()->SelectedIndex(), -1);
     start();
+    QVERIFY(hears());
+    QSignalSpy stopped(recording(), &RecordingDeviceManager::DeviceStopped);
     m_manager->Stop();
-    QCOMPARE(input()->state(), QAudio::StoppedState);
+    QTRY_COMPARE(stopped.size(), 1);
     m_manager->Stop();
 }
 

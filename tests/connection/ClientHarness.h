@@ -19,10 +19,6 @@ class Stand;
 class NoDevices : public AudioListManager {
 public:
     NoDevices() : AudioListManager(QAudio::AudioInput, nullptr) {}
-
-protected:
-    ExtAudioDeviceInfo CreateExtDeviceInfo(const QAudioDeviceInfo &) override { return {}; }
-    QList<QAudioDeviceInfo> AvailableDevices() override { return {}; }
 };
 
 /// The client's side of a connection, wired as the application wires it, with its threads running.

@@ -9,7 +9,9 @@
 
 #include <X11/Xlib.h>
 #include <algorithm>
+#include <csignal>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -36,6 +38,14 @@ constexpr char panelSettings[] = R"(<?xml version="1.0" encoding="UTF-8"?>
   </property>
 </channel>
 )";
+
+/// The desk's devices, as modules of PulseAudio. What is played to "micfeed" is said to "mic".
+const QStringList devices[] = {
+    {"module-null-sink", "sink_name=speaker", "sink_properties=device.description=Speaker"},
+    {"module-null-sink", "sink_name=micfeed", "sink_properties=device.description=Feed"},
+    {"module-remap-source", "master=micfeed.monitor", "source_name=mic",
+     "source_properties=device.description=Microphone"},
+};
 
 using XConnection = std::unique_ptr<Display, decltype(&XCloseDisplay)>;
 
@@ -81,6 +91,11 @@ bool hasTray(Display *display) {
     return XGetSelectionOwner(display, tray) != 0;
 }
 
+VirtualDesk::Needs withChosenServer(VirtualDesk::Needs needs) {
+    const bool isChosen = qgetenv("VELLUMAR_DESK_SOUND") == "pipewire";
+    return isChosen && needs & VirtualDesk::Sound ? needs | VirtualDesk::PipeWire : needs;
+}
+
 /// Nothing of the caller's own desktop, sound server or proxy may reach the desk's programs.
 void forgetOuterDesktop() {
     const QByteArray names =
@@ -102,7 +117,7 @@ void forgetOuterDesktop() {
 } // namespace
 
 VirtualDesk::VirtualDesk(Needs needs)
-    : m_needs(needs), m_folder(QDir::tempPath() + "/vellumar-desk-XXXXXX") {
+    : m_needs(withChosenServer(needs)), m_folder(QDir::tempPath() + "/vellumar-desk-XXXXXX") {
     if (!m_folder.isValid())
         fail("no folder for the desk: " + m_folder.errorString());
     m_folder.setAutoRemove(!qEnvironmentVariableIsSet("VELLUMAR_KEEP_DESK"));
@@ -114,7 +129,7 @@ VirtualDesk::VirtualDesk(Needs needs)
         startScreen();
     if (needs & Tray)
         startTray();
-    if (needs & Sound)
+    if (needs & (Sound | PipeWire))
         startSound();
 }
 
@@ -244,7 +259,6 @@ void VirtualDesk::startSessionBus() {
         if (!QFile::link("/usr/share/dbus-1/services/" + name, root.filePath("bus/" + name)))
             fail(QString("cannot offer %1 on the session bus").arg(name));
     }
-    const QString address = "unix:path=" + root.filePath("runtime/bus");
     const QString file = root.filePath("bus/session.conf");
     write(file, QStringLiteral(R"(<busconfig>
   <type>session</type>
@@ -255,11 +269,11 @@ void VirtualDesk::startSessionBus() {
   </policy>
 </busconfig>
 )")
-                    .arg(address, root.filePath("bus"))
+                    .arg(busAddress(), root.filePath("bus"))
                     .toLocal8Bit());
     root.mkpath("config/xfce4/xfconf/xfce-perchannel-xml");
     write(root.filePath("config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"), panelSettings);
-    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", busAddress().toLocal8Bit());
     qputenv("GIO_USE_VFS", "local");
     QProcess *bus = start("dbus-daemon", {"--config-file", file, "--nofork", "--nopidfile"});
     awaitUp(bus, "dbus-daemon", [&root] { return QFile::exists(root.filePath("runtime/bus")); });
@@ -308,24 +322,76 @@ bool VirtualDesk::hasStatusNotifier() {
 void VirtualDesk::startSound() {
     if (m_sound)
         return;
-    m_sound =
-        start("pulseaudio",
-              {"--daemonize=no", "--exit-idle-time=-1", "-n", "--load=module-native-protocol-unix",
-               "--load=module-null-sink sink_name=speaker "
-               "sink_properties=device.description=Speaker",
-               "--load=module-null-sink sink_name=micfeed",
-               "--load=module-remap-source master=micfeed.monitor source_name=mic "
-               "source_properties=device.description=Microphone"});
-    awaitUp(m_sound, "pulseaudio", [] {
-        DeskProcess probe;
-        probe.start("pactl", {"info"});
-        return probe.waitForFinished(upTimeoutMs) && probe.exitCode() == 0;
-    });
+    if (hasPipeWire()) {
+        startBareSound();
+        plugDevices();
+        return;
+    }
+    QStringList arguments;
+    for (const QStringList &device : devices)
+        arguments << "--load=" + device.join(' ');
+    startPulseAudio(arguments);
+}
+
+void VirtualDesk::startBareSound() {
+    if (hasPipeWire())
+        startPipeWire();
+    else
+        startPulseAudio({});
+}
+
+void VirtualDesk::plugDevices() {
+    for (const QStringList &device : devices)
+        loadModule(device);
+}
+
+void VirtualDesk::startPulseAudio(const QStringList &arguments) {
+    m_sound = start("pulseaudio", QStringList{"--daemonize=no", "--exit-idle-time=-1", "-n",
+                                              "--load=module-native-protocol-unix"} +
+                                      arguments + QStringList{"--load=module-always-sink"});
+    awaitSound();
+}
+
+void VirtualDesk::awaitSound() {
+    awaitUp(m_sound, "the sound server", [this] { return !ask("pactl", {"info"}).isEmpty(); });
+}
+
+void VirtualDesk::startPipeWire() {
+    m_pipeWire = start("pipewire", {});
+    awaitUp(m_pipeWire, "pipewire",
+            [this] { return QFile::exists(m_folder.filePath("runtime/pipewire-0")); });
+    startSessionManager();
+    m_sound = start("pipewire-pulse", {});
+    awaitSound();
+}
+
+void VirtualDesk::startSessionManager() {
+    const QByteArray outside = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    // The manager ends without a bus, and nobody else is to know of this one.
+    if (!QFile::exists(m_folder.filePath("runtime/bus")))
+        startSessionBus();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", busAddress().toLocal8Bit());
+    m_sessionManager = start("wireplumber", {});
+    qputenv("DBUS_SESSION_BUS_ADDRESS", outside);
+}
+
+void VirtualDesk::restartSessionManager() {
+    end(m_sessionManager);
+    startSessionManager();
 }
 
 void VirtualDesk::stopSound() {
-    end(m_sound);
-    m_sound = nullptr;
+    for (QProcess **process : {&m_sound, &m_sessionManager, &m_pipeWire})
+        end(std::exchange(*process, nullptr));
+}
+
+void VirtualDesk::hangSound() {
+    if (::kill(static_cast<pid_t>(m_sound->processId()), SIGSTOP) != 0)
+        fail("the sound server cannot be stopped");
+}
+
+void VirtualDesk::resumeSound() {
+    ::kill(static_cast<pid_t>(m_sound->processId()), SIGCONT);
 }
 
 void VirtualDesk::awaitUp(QProcess *process, const char *what, const std::function<bool()> &isUp) {

@@ -19,7 +19,8 @@ class DeskProcess;
 /// of the desk into this process's environment, so it is to be made before the application object.
 /// The destructor ends every process that was started here; after a crash of this process the
 /// kernel does. Everything that cannot be raised throws std::runtime_error with the reason. To be
-/// used from the main thread.
+/// used from the main thread. With VELLUMAR_DESK_SOUND=pipewire in the environment every desk with
+/// sound is one of PipeWire.
 class VirtualDesk {
 public:
     enum Need {
@@ -30,6 +31,7 @@ public:
         Xfce = 8,         ///< xfwm4 instead of openbox, a session bus; implies Screen
         TwoMonitors = 16, ///< 1280x800 and, on its right, 1024x768; implies Screen
         Bare = 32,        ///< an X server without any window manager
+        PipeWire = 64,    ///< the same devices by PipeWire in PulseAudio's place; implies Sound
     };
     Q_DECLARE_FLAGS(Needs, Need)
 
@@ -67,8 +69,18 @@ public:
     void stopTray();
     /// Ends the window manager for good; nobody gives the focus to anyone from then on.
     void stopWindowManager();
+    bool hasPipeWire() const { return m_needs & PipeWire; }
     void startSound();
+    /// Starts the sound server alone, which then offers one device with nothing behind it.
+    void startBareSound();
+    /// Plugs the devices of the desk.
+    void plugDevices();
     void stopSound();
+    /// Lets the sound server answer nobody until it is resumed or stopped.
+    void hangSound();
+    void resumeSound();
+    /// Ends and starts PipeWire's session manager, as an update of the desktop does.
+    void restartSessionManager();
     /// Plugs a device: `pactl load-module …`; returns the module's index.
     QString loadModule(const QStringList &arguments);
     void unloadModule(const QString &index) { run("pactl", {"unload-module", index}); }
@@ -87,7 +99,12 @@ private:
     QProcess *startTwoMonitors();
     void placeMonitors();
     void startWindowManager();
+    QString busAddress() const { return "unix:path=" + m_folder.filePath("runtime/bus"); }
     void startSessionBus();
+    void startPulseAudio(const QStringList &arguments);
+    void awaitSound();
+    void startPipeWire();
+    void startSessionManager();
     QProcess *startPanel(Edge edge);
     bool hasStatusNotifier();
     void awaitUp(QProcess *process, const char *what, const std::function<bool()> &isUp);
@@ -97,7 +114,10 @@ private:
     std::vector<std::unique_ptr<DeskProcess>> m_processes;
     QProcess *m_windowManager = nullptr;
     QProcess *m_tray = nullptr;
+    /// The server that programs talk to, and what it needs with PipeWire.
     QProcess *m_sound = nullptr;
+    QProcess *m_pipeWire = nullptr;
+    QProcess *m_sessionManager = nullptr;
     int m_started = 0;
 };
 

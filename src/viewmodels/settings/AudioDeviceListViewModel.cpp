@@ -22,6 +22,7 @@ void AudioDeviceListViewModel::Load() {
             &AudioDeviceListViewModel::changed_IsTrackChanges, Qt::UniqueConnection);
     m_loadedTrackChanges = m_manager->IsTrackChanges();
     m_loadedName = selectedName();
+    m_loadedWantedName = m_manager->WantedName();
     onDeviceListChanged();
 }
 
@@ -33,18 +34,14 @@ void AudioDeviceListViewModel::Unload() {
 void AudioDeviceListViewModel::Cancel() {
     SettingsViewModel::Cancel();
     m_manager->set_IsTrackChanges(m_loadedTrackChanges);
-    const QList<ExtAudioDeviceInfo> devices = m_manager->DeviceList();
-    for (int i = 0; i < devices.size(); ++i) {
-        if (devices[i].deviceName() == m_loadedName) {
-            m_manager->set_SelectedIndex(i);
-            break;
-        }
-    }
+    // Devices that came and went meanwhile have changed nothing about the user's choice.
+    if (m_manager->WantedName() != m_loadedWantedName)
+        m_manager->SelectDevice(m_loadedWantedName);
 }
 
 bool AudioDeviceListViewModel::IsChanged() {
     return SettingsViewModel::IsChanged() || m_manager->IsTrackChanges() != m_loadedTrackChanges ||
-           selectedName() != m_loadedName;
+           m_manager->WantedName() != m_loadedWantedName;
 }
 
 QString AudioDeviceListViewModel::selectedName() const {

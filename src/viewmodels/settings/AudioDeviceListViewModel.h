@@ -25,7 +25,7 @@ public:
 
     void Load() override;
     void Unload() override;
-    /// Selects the device of the time of Load() again, if it is still there.
+    /// Takes the user's choice of a device since Load() back.
     void Cancel() override;
     bool IsChanged() override;
 
@@ -53,5 +53,6 @@ private:
     /// The view's list is being replaced, and a combo box may reset itself.
     bool m_isListChanging = false;
     QString m_loadedName;
+    QString m_loadedWantedName;
     bool m_loadedTrackChanges = false;
 };
