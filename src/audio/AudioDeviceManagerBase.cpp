@@ -35,8 +35,8 @@ void AudioDeviceManagerBase::ConnectStream(SoundStream *stream) {
             Qt::QueuedConnection);
     connect(this, &AudioDeviceManagerBase::VolumeRequested, stream, &SoundStream::SetVolume,
             Qt::QueuedConnection);
-    connect(stream, &SoundStream::StateChanged, this,
-            &AudioDeviceManagerBase::OnDeviceStateChanged, Qt::QueuedConnection);
+    connect(stream, &SoundStream::StateChanged, this, &AudioDeviceManagerBase::OnDeviceStateChanged,
+            Qt::QueuedConnection);
 }
 
 void AudioDeviceManagerBase::StartDevice() {

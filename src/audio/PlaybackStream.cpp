@@ -15,8 +15,7 @@ constexpr int beginDelayMs = 100;
 constexpr qint64 maxQueuedBytes = 20LL * 60 * PlaybackStream::sampleRate * sampleBytes;
 } // namespace
 
-PlaybackStream::PlaybackStream(PulseConnection *connection)
-    : SoundStream(sampleRate, connection) {
+PlaybackStream::PlaybackStream(PulseConnection *connection) : SoundStream(sampleRate, connection) {
     m_beginTimer.setSingleShot(true);
     m_beginTimer.setInterval(beginDelayMs);
     connect(&m_beginTimer, &QTimer::timeout, this, &PlaybackStream::Begin);

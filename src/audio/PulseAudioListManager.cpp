@@ -27,7 +27,8 @@ bool isMonitor(const pa_sink_info & /*sink*/) {
 } // namespace
 
 PulseAudioListManager::PulseAudioListManager(bool useMonitors, PulseConnection *connection)
-    : AudioListManager(connection->Mode(), connection), m_connection(connection),
+    : AudioListManager(connection->Mode(), connection),
+      m_connection(connection),
       m_useMonitors(useMonitors) {
     connect(connection, &PulseConnection::deviceAdded, this,
             &PulseAudioListManager::asyncUpdateDeviceList);
@@ -57,9 +58,9 @@ void PulseAudioListManager::Ask() {
     const auto takePreferred = [](pa_context *, const pa_server_info *server, void *self) {
         auto *list = static_cast<PulseAudioListManager *>(self);
         if (server)
-            list->m_preferredName = QString::fromUtf8(list->Mode() == QAudio::AudioInput
-                                                          ? server->default_source_name
-                                                          : server->default_sink_name);
+            list->m_preferredName =
+                QString::fromUtf8(list->Mode() == QAudio::AudioInput ? server->default_source_name
+                                                                     : server->default_sink_name);
     };
     const auto take = [](pa_context *, const auto *info, int eol, void *self) {
         static_cast<PulseAudioListManager *>(self)->TakeAnswer(info, eol);

@@ -8,8 +8,8 @@ class PulseConnection;
 
 /// The device list of one direction, as PulseAudio knows it: the server's preferred device first.
 ///
-/// The device that a server offers while it has none is left out. While there is no server, the list
-/// stays as it was.
+/// The device that a server offers while it has none is left out. While there is no server, the
+/// list stays as it was.
 class PulseAudioListManager : public AudioListManager {
     Q_OBJECT
 

@@ -15,7 +15,8 @@ constexpr int endLimitMs = 2000;
 } // namespace
 
 PulseAudioManager::PulseAudioManager(QObject *parent)
-    : QObject(parent), m_thread(std::make_unique<QThread>()),
+    : QObject(parent),
+      m_thread(std::make_unique<QThread>()),
       m_input(std::make_unique<PulseConnection>(QAudio::AudioInput)),
       m_output(std::make_unique<PulseConnection>(QAudio::AudioOutput)),
       m_inputListManager(

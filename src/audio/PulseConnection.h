@@ -12,8 +12,9 @@ struct pa_context;
 /// server, on one thread.
 ///
 /// Nothing here waits: requests are answered by the thread's event loop, and a server that does not
-/// answer within five seconds counts as lost. A lost one is looked for once a second. Each direction
-/// has its own, so that a microphone which the server cannot open leaves the speaker alone.
+/// answer within five seconds counts as lost. A lost one is looked for once a second. Each
+/// direction has its own, so that a microphone which the server cannot open leaves the speaker
+/// alone.
 class PulseConnection : public QObject {
     Q_OBJECT
 
@@ -26,7 +27,8 @@ public:
     /// The context, null while the connection is not ready.
     pa_context *Context() const { return m_isReady ? m_context : nullptr; }
 
-    /// For who waits for an answer in vain: gives the connection up, with all that it was asked for.
+    /// For who waits for an answer in vain: gives the connection up, with all that it was asked
+    /// for.
     void GiveUp();
 
     /// How long an answer may take, in milliseconds.

@@ -13,9 +13,8 @@ struct pa_io_event : QObject {
     pa_io_event(int fd, pa_io_event_cb_t callback, void *userdata)
         : read(fd, QSocketNotifier::Read), write(fd, QSocketNotifier::Write), data(userdata) {
         // A hang-up and a failure wake both, and show themselves at the next call on the socket.
-        connect(&read, &QSocketNotifier::activated, this, [this, fd, callback] {
-            callback(pulseLoop(), this, fd, PA_IO_EVENT_INPUT, data);
-        });
+        connect(&read, &QSocketNotifier::activated, this,
+                [this, fd, callback] { callback(pulseLoop(), this, fd, PA_IO_EVENT_INPUT, data); });
         connect(&write, &QSocketNotifier::activated, this, [this, fd, callback] {
             callback(pulseLoop(), this, fd, PA_IO_EVENT_OUTPUT, data);
         });

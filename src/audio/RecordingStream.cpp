@@ -39,8 +39,7 @@ int RecordingStream::Connect(pa_stream *stream, const char *deviceName) {
 }
 
 void RecordingStream::OnOpened() {
-    qCDebug(audiodevlog) << "Audio buffer size:  "
-                         << pa_stream_get_buffer_attr(Stream())->fragsize;
+    qCDebug(audiodevlog) << "Audio buffer size:  " << pa_stream_get_buffer_attr(Stream())->fragsize;
     qCDebug(audiodevlog) << "Audio data interval:" << m_blockBytes / bytesPerMs;
     emit StateChanged(QAudio::ActiveState);
 }

@@ -145,8 +145,8 @@ void SoundStream::WarnOnce(const char *reason) {
 
 void SoundStream::Log(const char *what) const {
     qCDebug(audiodevlog).noquote().nospace()
-        << what << (IsInput() ? "input " : "output ") << m_opened.Description()
-        << " " << static_cast<const void *>(this);
+        << what << (IsInput() ? "input " : "output ") << m_opened.Description() << " "
+        << static_cast<const void *>(this);
 }
 
 void SoundStream::SetVolume(int percent) {
@@ -159,10 +159,10 @@ void SoundStream::SendVolume() {
         return;
     pa_cvolume volume;
     pa_cvolume_set(&volume, 1, pa_sw_volume_from_linear(m_volume / 100.0));
-    const auto set = IsInput() ? pa_context_set_source_output_volume
-                                                  : pa_context_set_sink_input_volume;
-    m_volumeRequest.reset(set(m_connection->Context(), pa_stream_get_index(Stream()), &volume,
-                              nullptr, nullptr));
+    const auto set =
+        IsInput() ? pa_context_set_source_output_volume : pa_context_set_sink_input_volume;
+    m_volumeRequest.reset(
+        set(m_connection->Context(), pa_stream_get_index(Stream()), &volume, nullptr, nullptr));
 }
 
 void SoundStream::AskForVolume(uint32_t index) {
@@ -172,16 +172,15 @@ void SoundStream::AskForVolume(uint32_t index) {
         static_cast<SoundStream *>(self)->TakeVolume(info);
     };
     pa_context *context = m_connection->Context();
-    m_volumeQuestion.reset(IsInput()
-                               ? pa_context_get_source_output_info(context, index, take, this)
-                               : pa_context_get_sink_input_info(context, index, take, this));
+    m_volumeQuestion.reset(IsInput() ? pa_context_get_source_output_info(context, index, take, this)
+                                     : pa_context_get_sink_input_info(context, index, take, this));
 }
 
 template <typename Info>
 void SoundStream::TakeVolume(const Info *info) {
     // What the server told before it knew of this program's own choice is out of date.
-    const bool isOutdated = m_volumeRequest && pa_operation_get_state(m_volumeRequest.get()) ==
-                                                   PA_OPERATION_RUNNING;
+    const bool isOutdated =
+        m_volumeRequest && pa_operation_get_state(m_volumeRequest.get()) == PA_OPERATION_RUNNING;
     if (!info || isOutdated)
         return;
     const double linear = pa_sw_volume_to_linear(pa_cvolume_avg(&info->volume));

@@ -14,8 +14,8 @@ class PulseConnection;
 /// One stream from or to a device: one channel, 16-bit signed little-endian.
 ///
 /// Once told to be open it stays so until it is closed: what fails is opened again a second later,
-/// and after a lost server as soon as there is one. Lives on the thread of the connection, and never
-/// waits.
+/// and after a lost server as soon as there is one. Lives on the thread of the connection, and
+/// never waits.
 class SoundStream : public QObject {
     Q_OBJECT
 

@@ -35,8 +35,9 @@ public:
         connect(this, &ScriptedDevice::SelectedIndexChanged, this, [this] { log << "index"; });
         connect(this, &ScriptedDevice::DeviceNotification, this, [this] { log << "notify"; });
         connect(this, &ScriptedDevice::CloseRequested, this, [this] { log << "stop"; });
-        connect(this, &ScriptedDevice::OpenRequested, this,
-                [this](const ExtAudioDeviceInfo &device) { log << "start-" + device.deviceName(); });
+        connect(
+            this, &ScriptedDevice::OpenRequested, this,
+            [this](const ExtAudioDeviceInfo &device) { log << "start-" + device.deviceName(); });
     }
 
     QStringList log;

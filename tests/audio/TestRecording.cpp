@@ -45,7 +45,9 @@ public:
     qint64 longestMs() const { return qMax(m_longestMs, m_sinceBeat.elapsed()); }
 
 protected:
-    void timerEvent(QTimerEvent *) override { m_longestMs = qMax(m_longestMs, m_sinceBeat.restart()); }
+    void timerEvent(QTimerEvent *) override {
+        m_longestMs = qMax(m_longestMs, m_sinceBeat.restart());
+    }
 
 private:
     QElapsedTimer m_sinceBeat;
@@ -153,9 +155,9 @@ void TestRecording::recordsWhatIsSaid() {
     start();
     Recorder recorder(recording());
     QVERIFY(recorder.hears());
-    QProcess *speaker = desk().speak(SineWave(440, 8000, 4).save(desk().folder() + "/a.wav"));
+    QProcess *speaker = desk().speak(SineWave(440, 8000, 10).save(desk().folder() + "/a.wav"));
     // 8000 sin is 5093 in the mean, so a whole block sums up to log10(5093) / 4.5154 = 82 percent.
-    QTRY_COMPARE_WITH_TIMEOUT(recording()->CurrentLevel(), 82, patienceMs);
+    QTRY_VERIFY(recording()->CurrentLevel() > 80 && recording()->CurrentLevel() < 84);
     recorder.blocks.clear();
     QTRY_VERIFY_WITH_TIMEOUT(recorder.blocks.size() >= 5, patienceMs);
     desk().end(speaker);
@@ -368,14 +370,16 @@ void TestRecording::survivesTheSessionManager() {
     if (!desk().hasPipeWire())
         QSKIP("PulseAudio has none");
     start();
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 3; ++i) {
         QVERIFY(hears());
+        // The devices of the manager go with it, and the server has its stand-in meanwhile.
+        desk().unplugDevices();
+        QTRY_COMPARE(recording()->SelectedIndex(), -1);
         desk().restartSessionManager();
+        desk().plugDevices();
+        QTRY_COMPARE(current(), "mic");
     }
-    // Sound that the restart of the manager has left on its way does not count.
-    Recorder recorder(recording());
-    QTRY_VERIFY(recorder.blocks.size() > 20);
-    QCOMPARE(current(), "mic");
+    QVERIFY(hears());
 }
 
 void TestRecording::endsWhileTheServerIsAway() {

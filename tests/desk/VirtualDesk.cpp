@@ -345,6 +345,11 @@ void VirtualDesk::plugDevices() {
         loadModule(device);
 }
 
+void VirtualDesk::unplugDevices() {
+    for (const char *module : {"module-remap-source", "module-null-sink"})
+        unloadModule(module);
+}
+
 void VirtualDesk::startPulseAudio(const QStringList &arguments) {
     m_sound = start("pulseaudio", QStringList{"--daemonize=no", "--exit-idle-time=-1", "-n",
                                               "--load=module-native-protocol-unix"} +

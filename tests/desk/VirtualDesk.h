@@ -73,8 +73,9 @@ public:
     void startSound();
     /// Starts the sound server alone, which then offers one device with nothing behind it.
     void startBareSound();
-    /// Plugs the devices of the desk.
+    /// Plugs the devices of the desk, and unplugs all devices.
     void plugDevices();
+    void unplugDevices();
     void stopSound();
     /// Lets the sound server answer nobody until it is resumed or stopped.
     void hangSound();
