@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <easylogging++.h>
 #include <sys/prctl.h>
+#include <thread>
 #include <unistd.h>
 
 #ifdef __SANITIZE_ADDRESS__
@@ -57,6 +58,13 @@ void endProcess(int status) {
         __lsan_do_leak_check();
 #endif
     ::_exit(status);
+}
+
+void endProcessWithin(std::chrono::milliseconds limit, int status) {
+    std::thread([limit, status] {
+        std::this_thread::sleep_for(limit);
+        endProcess(status);
+    }).detach();
 }
 
 void keepMemoryPrivate() {

@@ -16,6 +16,7 @@
 #include "core/Enum.h"
 #include "core/GraphicsBackend.h"
 #include "core/Logger.h"
+#include "core/ProcessEnd.h"
 #include "core/QuitSignals.h"
 #include "core/RunGuard.h"
 #include "core/SessionNotices.h"
@@ -68,6 +69,8 @@
 #include <QScreen>
 #include <QSessionManager>
 #include <QWindow>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -241,10 +244,10 @@ int WindowsManager::runApplication(int argc, char **argv) {
         createSelfTest(&engine);
     engine.rootContext()->setContextProperty(QStringLiteral("windowsManager"), this);
     followPrimaryScreen();
-    const int result = runInterface(&engine);
+    m_exitStatus = runInterface(&engine);
     // Before the view models of this function go.
     stopDevices(&pulseAudio);
-    return result;
+    return m_exitStatus;
 }
 
 void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
@@ -262,6 +265,8 @@ void WindowsManager::takeDown(PulseAudioManager *pulseAudio) {
     m_notices.reset();
     m_tray.reset();
     m_runGuard = nullptr;
+    // The application waits for a look-up that its thread has begun, however long that takes.
+    endProcessWithin(2s, m_exitStatus);
 }
 
 void WindowsManager::stopDevices(PulseAudioManager *pulseAudio) {

@@ -160,6 +160,7 @@ private:
     std::unique_ptr<SelfTestViewModel> m_selfTestViewModel;
     std::unique_ptr<SelfTest> m_selfTest;
     bool m_statisticsEnabled = false;
+    int m_exitStatus = -1;
     HotKeyManager *m_hotKeyManager = nullptr;
     RunGuard *m_runGuard = nullptr;
     QMutex m_notificationMutex;
