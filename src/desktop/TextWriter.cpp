@@ -14,7 +14,8 @@ void TextWriter::Cleanup() {
     Writer.reset();
 }
 
-bool TextWriter::WriteText(unsigned long window, const QString &text, const Failure &failure) {
+bool TextWriter::WriteText(unsigned long window, const QString &text,
+                           const TypingFailure &failure) {
     return Writer && Writer->writeText(window, text, failure);
 }
 

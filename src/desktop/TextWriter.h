@@ -9,6 +9,13 @@ class QObject;
 class QRect;
 struct HotKeyInfo;
 
+/// Whom to tell, on its own thread, that a text was not typed to the end, as its window has closed
+/// in the meantime. The receiver outlives the writer.
+struct TypingFailure {
+    QObject *receiver = nullptr;
+    std::function<void()> tell;
+};
+
 /// Types into other applications' windows. The static functions are the way in: without a writer
 /// they do nothing and return 0 or false. Texts and key combinations are handed over and typed in
 /// that order by and by, so that their length holds up nobody. Init(), Cleanup() and the questions
@@ -22,15 +29,10 @@ public:
     /// Waits at most three seconds for what has been handed over; the rest is lost and logged.
     static void Cleanup();
 
-    /// Whom to tell, on its own thread, that a text was not typed to the end, as its window has
-    /// closed in the meantime. The receiver outlives the writer.
-    struct Failure {
-        QObject *receiver = nullptr;
-        std::function<void()> tell;
-    };
     /// Types a text, a line feed or a pilcrow as Shift+Return.
     /// @return false if it is not taken over, as for no window
-    static bool WriteText(unsigned long window, const QString &text, const Failure &failure = {});
+    static bool WriteText(unsigned long window, const QString &text,
+                          const TypingFailure &failure = {});
     /// Presses and releases a key combination wherever the focus is by then.
     static bool WriteKey(unsigned long window, const HotKeyInfo &key);
     /// Waits until all that was handed over has been typed.
@@ -48,7 +50,8 @@ protected:
     TextWriter(const TextWriter &) = delete;
     TextWriter &operator=(const TextWriter &) = delete;
 
-    virtual bool writeText(unsigned long window, const QString &text, const Failure &failure) = 0;
+    virtual bool writeText(unsigned long window, const QString &text,
+                           const TypingFailure &failure) = 0;
     virtual bool writeKey(unsigned long window, const HotKeyInfo &key) = 0;
     /// Whoever types at once has nothing to wait for.
     virtual bool waitForTyped(int timeoutMs);

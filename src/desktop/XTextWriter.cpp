@@ -49,7 +49,8 @@ void XTextWriter::endTyping() {
     static_cast<void>(m_thread.release());
 }
 
-bool XTextWriter::writeText(unsigned long window, const QString &text, const Failure &failure) {
+bool XTextWriter::writeText(unsigned long window, const QString &text,
+                            const TypingFailure &failure) {
     if (!m_typist)
         return false;
     if (window == 0) {

@@ -16,7 +16,8 @@ public:
     XTextWriter();
     ~XTextWriter() override;
 
-    bool writeText(unsigned long window, const QString &text, const Failure &failure) override;
+    bool writeText(unsigned long window, const QString &text,
+                   const TypingFailure &failure) override;
     bool writeKey(unsigned long window, const HotKeyInfo &key) override;
     bool waitForTyped(int timeoutMs) override;
     unsigned long getFocusedWindow() override;

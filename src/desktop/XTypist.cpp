@@ -106,8 +106,7 @@ void XTypist::reclaimLeftovers() {
     m_spareKeys.giveBack();
 }
 
-void XTypist::typeLater(unsigned long window, const QString &text,
-                        const TextWriter::Failure &failure) {
+void XTypist::typeLater(unsigned long window, const QString &text, const TypingFailure &failure) {
     m_waitingCharacters += text.size();
     QMetaObject::invokeMethod(
         this,

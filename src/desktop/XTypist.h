@@ -35,7 +35,7 @@ public:
     // From any thread, in the order of the calls.
     /// Types a text, a line feed or a pilcrow as Shift+Return. Logs and tells if it is not typed to
     /// the end: there is no such window, or it has closed.
-    void typeLater(unsigned long window, const QString &text, const TextWriter::Failure &failure);
+    void typeLater(unsigned long window, const QString &text, const TypingFailure &failure);
     /// Presses and releases a combination wherever the focus is by then. A key that the keyboard
     /// does not have is logged; then nothing is pressed.
     void pressLater(const HotKeyInfo &key);

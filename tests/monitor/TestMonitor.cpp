@@ -20,7 +20,7 @@ public:
     }
 
 protected:
-    bool writeText(unsigned long, const QString &, const Failure &) override { return true; }
+    bool writeText(unsigned long, const QString &, const TypingFailure &) override { return true; }
     bool writeKey(unsigned long, const HotKeyInfo &) override { return true; }
     unsigned long getFocusedWindow() override { return m_focused; }
     bool windowExists(unsigned long) override { return true; }
