@@ -43,6 +43,7 @@ Receiver gtkEditor() {
     const auto saveAndRead = [] {
         const XHotKeyConverter converter;
         TextWriter::WriteKey(0, converter.ConvertFromString("Ctrl+s"));
+        TextWriter::WaitForTyped(patienceMs);
         return fileText();
     };
     return {"mousepad", {"--disable-server", filePath()}, "typed.txt", saveAndRead};
@@ -62,7 +63,7 @@ QString browserPage() {
     desk().write(page,
                  "<!DOCTYPE html><meta charset='utf-8'><title>loading</title>"
                  "<textarea autofocus id='field'></textarea><script>"
-                 "const show = () => document.title = '[' + encodeURIComponent(field.value) + ']';"
+                 "const show = () => document.title = '[' + field.value.replace(/\\n/g, '|') + ']';"
                  "field.oninput = show; field.onfocus = show; window.onfocus = show;"
                  "if (document.hasFocus()) show();</script>");
     return QUrl::fromLocalFile(page).toString();
@@ -72,7 +73,7 @@ QString browserText() {
     const QString title = focusedTitle();
     const int begin = title.indexOf('[') + 1;
     const int end = title.lastIndexOf(']');
-    return QUrl::fromPercentEncoding(title.mid(begin, end - begin).toUtf8());
+    return title.mid(begin, end - begin).replace('|', '\n');
 }
 
 Receiver chromium() {
@@ -133,10 +134,10 @@ private slots:
             const char *before;
             const char *after;
         };
+        // No more than the title of a browser can hold.
         constexpr Condition conditions[] = {
             {"us layout", 0, "", ""},
-            {"ru layout", 1, "", ""},
-            {"Caps Lock on", 0, "+Caps_Lock -Caps_Lock", "+Caps_Lock -Caps_Lock"},
+            {"ru layout, Caps Lock on", 1, "+Caps_Lock -Caps_Lock", "+Caps_Lock -Caps_Lock"},
             {"Ctrl held", 0, "+Control_L", "-Control_L"},
             {"Shift held", 1, "+Shift_L", "-Shift_L"},
         };
