@@ -74,6 +74,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr int lastWordsMs = 1000;
+
 /// The name that the user knows a stored gesture by; an unknown one counts as the first, as it does
 /// for the hot keys themselves.
 template <typename T>
@@ -289,6 +291,9 @@ int WindowsManager::runInterface(QQmlApplicationEngine *engine) {
     const int result = QApplication::exec();
     // The workers' last signals: what was said last is still to be typed.
     stopSubServices();
+    QCoreApplication::sendPostedEvents();
+    // A window may have closed over its text, which is then told to this thread.
+    TextWriter::WaitForTyped(lastWordsMs);
     QCoreApplication::sendPostedEvents();
     TextWriter::Cleanup();
     // The views go before the view models that they show. The pointer stays: it tells that this

@@ -39,6 +39,10 @@ bool TextWriter::WindowExists(unsigned long window) {
     return !Writer || Writer->windowExists(window);
 }
 
+bool TextWriter::TakesText(unsigned long window) {
+    return Writer && Writer->takesText(window);
+}
+
 bool TextWriter::GetWindowRect(unsigned long window, QRect *rect) {
     return Writer && Writer->getWindowRect(window, rect);
 }

@@ -42,6 +42,9 @@ public:
     static unsigned long GetFocusedWindow();
     /// Asks the server once. True without a writer as well: nothing tells that it is gone.
     static bool WindowExists(unsigned long window);
+    /// Whether a window is an application's: not the root, nor one of the window manager's own that
+    /// has the focus while no other window has.
+    static bool TakesText(unsigned long window);
     /// The rectangle on the screen of the top-level window that holds the given one.
     static bool GetWindowRect(unsigned long window, QRect *rect);
 
@@ -57,6 +60,7 @@ protected:
     virtual bool waitForTyped(int timeoutMs);
     virtual unsigned long getFocusedWindow() = 0;
     virtual bool windowExists(unsigned long window) = 0;
+    virtual bool takesText(unsigned long window) = 0;
     virtual bool getWindowRect(unsigned long window, QRect *rect) = 0;
 
     static std::unique_ptr<TextWriter> Writer;

@@ -17,6 +17,19 @@ namespace {
 constexpr int LastWordsMs = 2000;
 constexpr int EndMs = 1500;
 
+bool hasProperty(Display *display, Window window, const char *name) {
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char *value = nullptr;
+    XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 0, False,
+                       AnyPropertyType, &type, &format, &count, &left, &value);
+    if (value)
+        XFree(value);
+    return type != None;
+}
+
 } // namespace
 
 XTextWriter::XTextWriter() : m_display(openDisplay()) {
@@ -106,4 +119,22 @@ bool XTextWriter::windowExists(unsigned long window) {
         return true;
     const XErrorScope errors(m_display.get());
     return queryParent(m_display.get(), window).isKnown;
+}
+
+bool XTextWriter::takesText(unsigned long window) {
+    if (!m_display)
+        return false;
+    Display *display = m_display.get();
+    const XErrorScope errors(display);
+    // A window manager marks the windows that it manages; without one there are no marks.
+    const bool isManaged =
+        hasProperty(display, DefaultRootWindow(display), "_NET_SUPPORTING_WM_CHECK");
+    WindowParent tree = queryParent(display, window);
+    while (tree.isKnown && window != tree.root) {
+        if (!isManaged || hasProperty(display, window, "WM_STATE"))
+            return true;
+        window = tree.parent;
+        tree = queryParent(display, window);
+    }
+    return false;
 }

@@ -23,6 +23,7 @@ public:
     unsigned long getFocusedWindow() override;
     bool getWindowRect(unsigned long window, QRect *rect) override;
     bool windowExists(unsigned long window) override;
+    bool takesText(unsigned long window) override;
 
 private:
     void endTyping();

@@ -13,6 +13,16 @@
 
 #include <QDebug>
 
+#include <utility>
+
+namespace {
+
+/// How often, in milliseconds, texts whose window has closed look for another, and for how long.
+constexpr int DisplacedLookMs = 100;
+constexpr int DisplacedMs = 60000;
+
+} // namespace
+
 ResultManager::ResultManager(WebSocketClient *client, AsrManager *asrManager,
                              AutoReplaceManager *autoReplaceManager,
                              ExecutableCommandsManager *commandsManager)
@@ -26,6 +36,12 @@ ResultManager::ResultManager(WebSocketClient *client, AsrManager *asrManager,
     connect(asrManager, &AsrManager::currentModeOrStateChanged, this,
             &ResultManager::modeStateChanged);
     connect(this, &ResultManager::resultReady, this, &ResultManager::writeTextResult);
+    connect(&m_displacedTimer, &QTimer::timeout, this, &ResultManager::typeDisplaced);
+}
+
+ResultManager::~ResultManager() {
+    if (!m_displaced.isEmpty())
+        qWarning() << "No window for the last texts, number:" << m_displaced.size();
 }
 
 void ResultManager::modeChanged(const RecognitionModeInfo &info) {
@@ -82,37 +98,81 @@ void ResultManager::processTextResult(const TextResult &result) {
 void ResultManager::writeTextResult(const QString &text, bool isFinal) {
     if (!isFinal || text.isEmpty())
         return;
-    leaveClosedWindow();
     const unsigned long window = getResultWindow();
-    const auto typeElsewhere = [this, window, text] {
-        leaveClosedWindow();
-        // What comes after it in the queue is told of in turn, so the order stays. Text that
-        // follows the focus was for the window that has closed, and for no other.
-        if (m_outputToBackground && m_resultWindow != window)
-            writeTextResult(text, true);
+    // Behind those that wait for a window, so that the order stays.
+    if (!m_displaced.isEmpty() || (m_closedWindow && !TextWriter::TakesText(window)))
+        awaitWindow(text);
+    else
+        handOver(window, text);
+}
+
+void ResultManager::handOver(unsigned long window, const QString &text) {
+    const bool hasFixedWindow = m_outputToBackground || m_closedWindow;
+    const auto onFailure = [this, window, text, hasFixedWindow] {
+        onNotTyped(window, text, hasFixedWindow);
     };
-    // A window that closes while it is typed into has taken nobody knows how much of the text.
-    if (!TextWriter::WriteText(window, text, {this, typeElsewhere}))
+    if (!TextWriter::WriteText(window, text, {this, onFailure}))
         qWarning() << "A result could not be typed, characters:" << text.size();
 }
 
-bool ResultManager::leaveClosedWindow() {
-    if (!m_outputToBackground || !m_resultWindow || TextWriter::WindowExists(m_resultWindow))
-        return false;
-    const unsigned long focused = focusedWindow();
-    // Without one, the next text looks again.
-    if (!focused)
-        return false;
-    qInfo() << "The result window is closed, its place is taken by" << focused;
-    m_resultWindow = focused;
-    m_asrManager->getTargetModeInfo()->UpdateTargetHandles(focused);
-    UserNotification notification(NotificationType::Warning, tr("Вывод в фоновое окно"),
-                                  tr("Окно, в которое печатался текст, закрыто. Текст печатается в "
-                                     "активное окно."));
+void ResultManager::onNotTyped(unsigned long window, const QString &text, bool hasFixedWindow) {
+    if (!hasFixedWindow || TextWriter::WindowExists(window)) {
+        tellNotTyped(text.size());
+        return;
+    }
+    leaveClosedWindow(window);
+    // A window that closes while it is typed into has taken nobody knows how much of the text.
+    awaitWindow(text);
+}
+
+void ResultManager::leaveClosedWindow(unsigned long window) {
+    if (m_closedWindow)
+        return;
+    qInfo() << "The result window is closed, from here on the focus is followed";
+    m_closedWindow = window;
+    if (m_resultWindow == window) {
+        m_outputToBackground = false;
+        m_resultWindow = 0;
+        m_asrManager->getTargetModeInfo()->UpdateTargetHandles(0);
+    }
+    tell(tr("Вывод в фоновое окно"),
+         tr("Окно, в которое печатался текст, закрыто. Текст печатается в активное окно."));
+}
+
+void ResultManager::awaitWindow(const QString &text) {
+    m_displaced += text;
+    if (m_displacedTimer.isActive())
+        return;
+    m_sinceDisplaced.start();
+    m_displacedTimer.start(DisplacedLookMs);
+}
+
+void ResultManager::typeDisplaced() {
+    const unsigned long window = focusedWindow();
+    const bool isFound = TextWriter::TakesText(window);
+    if (!isFound && !m_sinceDisplaced.hasExpired(DisplacedMs))
+        return;
+    m_displacedTimer.stop();
+    const QStringList texts = std::exchange(m_displaced, {});
+    if (!isFound)
+        tellNotTyped(texts.join(QString()).size());
+    else
+        for (const QString &text : texts)
+            handOver(window, text);
+}
+
+void ResultManager::tellNotTyped(int characters) {
+    qWarning() << "A result could not be typed, characters:" << characters;
+    tell(tr("Текст не напечатан"),
+         tr("Окно закрыто раньше, чем в него напечатан весь текст. Символов в тексте: %1.")
+             .arg(characters));
+}
+
+void ResultManager::tell(const QString &title, const QString &message) {
+    UserNotification notification(NotificationType::Warning, title, message);
     // Last words are typed also when the connection is lost.
     notification.setForce(true);
     emit notifyUser(notification);
-    return true;
 }
 
 unsigned long ResultManager::getResultWindow() const {
@@ -153,6 +213,7 @@ void ResultManager::modeStateChanged(RecognitionMode mode, AsrState state) {
 void ResultManager::chooseResultWindow() {
     m_outputToBackground = LaunchSettings().OutputToBackground;
     m_resultWindow = 0;
+    m_closedWindow = 0;
     if (!m_outputToBackground)
         return;
     TargetModeInfo *target = m_asrManager->getTargetModeInfo();

@@ -4,7 +4,10 @@
 #include "connection/messages/TextResult.h"
 #include "connection/messages/UserNotification.h"
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QStringList>
+#include <QTimer>
 
 #include <optional>
 
@@ -17,7 +20,8 @@ struct ResultPart;
 /// Decides what each result of the server means in the current mode: text to type, a command to
 /// run, or nothing; and settles which window gets the text.
 ///
-/// Lives on the main thread; typing a final result blocks it. The collaborators are not owned.
+/// Lives on the main thread and waits for no window: typing is handed over. The collaborators are
+/// not owned.
 class ResultManager : public QObject {
     Q_OBJECT
 
@@ -25,6 +29,7 @@ public:
     ResultManager(WebSocketClient *client, AsrManager *asrManager,
                   AutoReplaceManager *autoReplaceManager,
                   ExecutableCommandsManager *commandsManager);
+    ~ResultManager() override;
 
     /// Types the last partial result as final: the server will not finish it any more.
     void flushResult();
@@ -67,9 +72,17 @@ private:
     void processVoiceActivationResult(const TextResult &result);
     QString processCommand(const QString &commandId);
     void writeTextResult(const QString &text, bool isFinal);
-    /// Gives the focused window the place of the dictation's own if that is gone.
-    /// @return whether it did
-    bool leaveClosedWindow();
+    void handOver(unsigned long window, const QString &text);
+    /// The text was not typed to the end. What was for a fixed window that has closed goes to the
+    /// focused one; what followed the focus was for the window that has closed, and for no other.
+    void onNotTyped(unsigned long window, const QString &text, bool hasFixedWindow);
+    /// From here on the dictation follows the focus, as its own window has closed.
+    void leaveClosedWindow(unsigned long window);
+    /// Keeps the text until a window has the focus that takes it, for a minute at most.
+    void awaitWindow(const QString &text);
+    void typeDisplaced();
+    void tellNotTyped(int characters);
+    void tell(const QString &title, const QString &message);
     void chooseResultWindow();
     /// The window in the focus, or the one that keepFocusedWindow() keeps.
     unsigned long focusedWindow() const;
@@ -85,6 +98,12 @@ private:
     /// The X window of the dictation when output goes to a fixed window.
     unsigned long m_resultWindow = 0;
     bool m_outputToBackground = false;
+    /// The X window that the dictation has lost, 0 for none.
+    unsigned long m_closedWindow = 0;
+    /// Texts whose window has closed, in their order.
+    QStringList m_displaced;
+    QTimer m_displacedTimer{this};
+    QElapsedTimer m_sinceDisplaced;
     /// The X window kept by keepFocusedWindow(), 0 for none.
     unsigned long m_keptWindow = 0;
     FormatState m_format;

@@ -34,7 +34,7 @@ private slots:
         m_stand->sayResult("одышку . 38,5 ° C ¶ общее состояние");
         QTRY_COMPARE_WITH_TIMEOUT(
             editor.text(), "Жалобы на кашель, одышку. 38,5 ° C\nОбщее состояние", patienceMs);
-        QCOMPARE(keyboard.map(), map);
+        QTRY_COMPARE(keyboard.map(), map);
 
         m_stand->forget();
         XKeyboard().play(doubleCtrl);
@@ -105,16 +105,16 @@ private slots:
         QVERIFY(start() && startDictation());
         m_stand->sayResult("один");
         QTRY_COMPARE(first->text(), "Один");
-        const Editor second("open.txt");
         first.reset();
-        m_stand->sayResult("два");
-        QTRY_COMPARE(second.text(), " два");
+        for (const QString word : {"два", "три"})
+            m_stand->sayResult(word);
         QVERIFY(m_program->waitForLog("Notification: Окно, в которое печатался текст, закрыто."));
-        const Editor third("third.txt");
-        m_stand->sayResult("три");
+        const Editor second("open.txt");
         QTRY_COMPARE(second.text(), " два три");
+        const Editor third("third.txt");
+        m_stand->sayResult("четыре");
+        QTRY_COMPARE(third.text(), " четыре");
         QCOMPARE(m_program->log().count("печатался текст, закрыто"), 1);
-        QCOMPARE(third.text(), QString());
     }
 
     void goesOnWithAnotherMicrophone() {

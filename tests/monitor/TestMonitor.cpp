@@ -24,6 +24,7 @@ protected:
     bool writeKey(unsigned long, const HotKeyInfo &) override { return true; }
     unsigned long getFocusedWindow() override { return m_focused; }
     bool windowExists(unsigned long) override { return true; }
+    bool takesText(unsigned long) override { return true; }
     bool getWindowRect(unsigned long, QRect *rect) override { return (*rect = m_rect).isValid(); }
 
 private:
