@@ -28,6 +28,9 @@ namespace {
 
 constexpr int FastCharacters = 3000;
 constexpr double MsInSecond = 1000;
+/// Keycodes of letters on every usual keyboard.
+constexpr unsigned int LatinA = 38;
+constexpr unsigned int LatinC = 54;
 
 /// A program that texts are typed into.
 struct Receiver {
@@ -121,8 +124,13 @@ QString focusedTitle() {
                      {QStringLiteral("getwindowfocus"), QStringLiteral("getwindowname")});
 }
 
-void press(const char *combination) {
-    TextWriter::WriteKey(0, XHotKeyConverter().ConvertFromString(QString::fromLatin1(combination)));
+/// Presses a combination with Control by the name of its letter and by the letter's place on a
+/// Latin keyboard: Chromium goes by the place, whatever the layout, others by the symbol.
+void pressControl(char letter, unsigned int keycode) {
+    const QString name = QStringLiteral("Ctrl+") + QLatin1Char(letter);
+    const HotKeyInfo key = XHotKeyConverter().ConvertFromString(name);
+    TextWriter::WriteKey(0, key);
+    TextWriter::WriteKey(0, {keycode, key.modifiers, 0});
 }
 
 /// What the program holds, by way of the clipboard: the expected text, or what is there instead
@@ -136,8 +144,8 @@ QString readBack(const QString &expected) {
         return text == expected;
     };
     for (int i = 0; i < Tries; ++i) {
-        press("Ctrl+a");
-        press("Ctrl+c");
+        pressControl('a', LatinA);
+        pressControl('c', LatinC);
         if (QTest::qWaitFor(isThere, TryMs))
             break;
     }
