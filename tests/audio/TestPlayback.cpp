@@ -45,19 +45,148 @@ class TestPlayback : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void playsInFullAndInOrder_data();
-    void playsInFullAndInOrder();
-    void goesOnAfterTheDevice_data();
-    void goesOnAfterTheDevice();
-    void playsFiles_data();
-    void playsFiles();
-    void volumeGoesBothWays();
-    void withoutADeviceOnlyTheLevelIsTold();
+    void init() {
+        PlaybackDeviceSettings().remove(QString());
+        m_modules << plugExactSpeaker(desk(), QStringLiteral("exact"));
+    }
+
+    void cleanup() {
+        m_manager.reset();
+        for (const QString &module : qAsConst(m_modules))
+            desk().unloadModule(module);
+        m_modules.clear();
+    }
+
+    void playsInFullAndInOrder_data() {
+        columns<int>("blockBytes");
+        QTest::newRow("one block of six seconds") << 6 * bytesPerSecond;
+        QTest::newRow("blocks of 20 ms") << 882;
+        QTest::newRow("split in the middle of samples") << 4095;
+    }
+
+    void playsInFullAndInOrder() {
+        QFETCH(int, blockBytes);
+        start(QStringLiteral("exact"));
+        Listener listener(desk(), QStringLiteral("exact"));
+        playback()->playSound(Listener::leadIn());
+        const QByteArray all = noise(6);
+        for (int i = 0; i < all.size(); i += blockBytes)
+            playback()->playSound(all.mid(i, blockBytes));
+        QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= all.size(), patienceMs);
+        const QByteArray heard = listener.sound().left(all.size());
+        const auto differs = std::mismatch(heard.begin(), heard.end(), all.begin());
+        QVERIFY2(isWhole(heard, all),
+                 qPrintable(QStringLiteral("the first %1 of %2 bytes are right")
+                                .arg(differs.first - heard.begin())
+                                .arg(all.size())));
+        QTRY_COMPARE(playback()->CurrentLevel(), 0);
+    }
+
+    void goesOnAfterTheDevice_data() {
+        columns<bool>("isServerRestarted");
+        QTest::newRow("unplugged") << false;
+        QTest::newRow("PulseAudio is restarted") << true;
+    }
+
+    void goesOnAfterTheDevice() {
+        QFETCH(bool, isServerRestarted);
+        start(QStringLiteral("exact"));
+        const QByteArray sent = noise(6);
+        {
+            Listener first(desk(), QStringLiteral("exact"));
+            playback()->playSound(sent);
+            QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() >= bytesPerSecond, patienceMs);
+        }
+        if (isServerRestarted) {
+            desk().stopSound();
+            m_modules.clear();
+            desk().startSound();
+        } else {
+            desk().unloadModule(m_modules.takeLast());
+        }
+        QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
+        QTRY_COMPARE_WITH_TIMEOUT(playback()->CurrentDevice().deviceName(),
+                                  QStringLiteral("speaker"), patienceMs);
+        Listener second(desk(), QStringLiteral("speaker"));
+        // What the lost device had taken is lost with it, the rest is played.
+        QTRY_VERIFY_WITH_TIMEOUT(second.sound().size() >= 3 * bytesPerSecond, patienceMs);
+    }
+
+    void playsFiles_data() {
+        columns<QByteArray, QByteArray>("file", "heard");
+        const QByteArray sound = noise(1);
+        QTest::newRow("a header is passed over") << QByteArray(44, 'h') + sound << sound;
+        QTest::newRow("shorter than a header") << QByteArray(43, 'h') << QByteArray();
+        QTest::newRow("missing") << QByteArray() << QByteArray();
+    }
+
+    void playsFiles() {
+        QFETCH(QByteArray, file);
+        QFETCH(QByteArray, heard);
+        start(QStringLiteral("exact"));
+        Listener listener(desk(), QStringLiteral("exact"));
+        const QString name = desk().folder() + QStringLiteral("/sound.wav");
+        QFile::remove(name);
+        if (!file.isEmpty())
+            QVERIFY(save(name, file));
+        const QByteArray after = noise(2).right(bytesPerSecond);
+        // Speech may be split within a sample, and the file come between.
+        playback()->playSound(Listener::leadIn() + after.left(1));
+        playback()->playSoundFile(name);
+        playback()->playSound(after.mid(1));
+        QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= heard.size() + after.size(),
+                                 patienceMs);
+        QVERIFY(isWhole(listener.sound().left(heard.size() + after.size()), heard + after));
+    }
+
+    void volumeGoesBothWays() {
+        start(QStringLiteral("exact"));
+        QCOMPARE(playback()->Volume(), 100);
+        QSignalSpy changed(playback(), &PlaybackDeviceManager::VolumeChanged);
+        std::thread([this] { playback()->set_Volume(40); }).join();
+        QVERIFY(changed.wait(patienceMs));
+        QCOMPARE(changed.takeFirst(), QVariantList{40});
+        desk().run("pactl", {"set-sink-input-volume", stream(), "0.7"});
+        QVERIFY(changed.wait(patienceMs));
+        QCOMPARE(changed.takeFirst(), QVariantList{70});
+        playback()->set_IsTrackChanges(true);
+        playback()->SaveSettings();
+        QCOMPARE(PlaybackDeviceSettings().Volume.get(), 70);
+        QCOMPARE(PlaybackDeviceSettings().TrackChanges.get(), true);
+        QCOMPARE(PlaybackDeviceSettings().Name.get(), QStringLiteral("exact"));
+    }
+
+    void withoutADeviceOnlyTheLevelIsTold() {
+        start(QStringLiteral("exact"));
+        const QByteArray dropped = noise(1);
+        // The device goes in the middle of a sample.
+        playback()->playSound(dropped.left(1));
+        playback()->set_SelectedIndex(-1);
+        QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
+        playback()->playSound(dropped.mid(1));
+        QCOMPARE(levels.size(), 1);
+        QVERIFY(levels.first().first().toInt() > 50);
+        Listener listener(desk(), QStringLiteral("exact"));
+        playback()->SelectDevice(QStringLiteral("exact"));
+        const QByteArray played = noise(2).right(bytesPerSecond);
+        playback()->playSound(Listener::leadIn());
+        playback()->playSound(played);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= played.size(), patienceMs);
+        QVERIFY2(isWhole(listener.sound().left(played.size()), played),
+                 "what was dropped is not played later");
+    }
 
 private:
-    void start(const QString &speaker);
+    void start(const QString &speaker) {
+        PlaybackDeviceSettings().Name = speaker;
+        m_manager = std::make_unique<PulseAudioManager>();
+        QSignalSpy selected(playback(), &PlaybackDeviceManager::SelectedIndexChanged);
+        m_manager->Start();
+        QVERIFY(selected.wait(patienceMs));
+        QCOMPARE(playback()->CurrentDevice().deviceName(), speaker);
+        QTRY_VERIFY(!stream().isEmpty());
+    }
+
     PlaybackDeviceManager *playback() const { return m_manager->PlaybackDevice(); }
     /// What the server knows this program's stream by.
     static QString stream() {
@@ -72,145 +201,6 @@ private:
     std::unique_ptr<PulseAudioManager> m_manager;
     QStringList m_modules;
 };
-
-void TestPlayback::init() {
-    PlaybackDeviceSettings().remove(QString());
-    m_modules << plugExactSpeaker(desk(), QStringLiteral("exact"));
-}
-
-void TestPlayback::cleanup() {
-    m_manager.reset();
-    for (const QString &module : qAsConst(m_modules))
-        desk().unloadModule(module);
-    m_modules.clear();
-}
-
-void TestPlayback::start(const QString &speaker) {
-    PlaybackDeviceSettings().Name = speaker;
-    m_manager = std::make_unique<PulseAudioManager>();
-    QSignalSpy selected(playback(), &PlaybackDeviceManager::SelectedIndexChanged);
-    m_manager->Start();
-    QVERIFY(selected.wait(patienceMs));
-    QCOMPARE(playback()->CurrentDevice().deviceName(), speaker);
-    QTRY_VERIFY(!stream().isEmpty());
-}
-
-void TestPlayback::playsInFullAndInOrder_data() {
-    columns<int>("blockBytes");
-    QTest::newRow("one block of six seconds") << 6 * bytesPerSecond;
-    QTest::newRow("blocks of 20 ms") << 882;
-    QTest::newRow("split in the middle of samples") << 4095;
-}
-
-void TestPlayback::playsInFullAndInOrder() {
-    QFETCH(int, blockBytes);
-    start(QStringLiteral("exact"));
-    Listener listener(desk(), QStringLiteral("exact"));
-    playback()->playSound(Listener::leadIn());
-    const QByteArray all = noise(6);
-    for (int i = 0; i < all.size(); i += blockBytes)
-        playback()->playSound(all.mid(i, blockBytes));
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= all.size(), patienceMs);
-    const QByteArray heard = listener.sound().left(all.size());
-    const auto differs = std::mismatch(heard.begin(), heard.end(), all.begin());
-    QVERIFY2(isWhole(heard, all), qPrintable(QStringLiteral("the first %1 of %2 bytes are right")
-                                                 .arg(differs.first - heard.begin())
-                                                 .arg(all.size())));
-    QTRY_COMPARE(playback()->CurrentLevel(), 0);
-}
-
-void TestPlayback::goesOnAfterTheDevice_data() {
-    columns<bool>("isServerRestarted");
-    QTest::newRow("unplugged") << false;
-    QTest::newRow("PulseAudio is restarted") << true;
-}
-
-void TestPlayback::goesOnAfterTheDevice() {
-    QFETCH(bool, isServerRestarted);
-    start(QStringLiteral("exact"));
-    const QByteArray sent = noise(6);
-    {
-        Listener first(desk(), QStringLiteral("exact"));
-        playback()->playSound(sent);
-        QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() >= bytesPerSecond, patienceMs);
-    }
-    if (isServerRestarted) {
-        desk().stopSound();
-        m_modules.clear();
-        desk().startSound();
-    } else {
-        desk().unloadModule(m_modules.takeLast());
-    }
-    QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
-    QTRY_COMPARE_WITH_TIMEOUT(playback()->CurrentDevice().deviceName(), QStringLiteral("speaker"),
-                              patienceMs);
-    Listener second(desk(), QStringLiteral("speaker"));
-    // What the lost device had taken is lost with it, the rest is played.
-    QTRY_VERIFY_WITH_TIMEOUT(second.sound().size() >= 3 * bytesPerSecond, patienceMs);
-}
-
-void TestPlayback::playsFiles_data() {
-    columns<QByteArray, QByteArray>("file", "heard");
-    const QByteArray sound = noise(1);
-    QTest::newRow("a header is passed over") << QByteArray(44, 'h') + sound << sound;
-    QTest::newRow("shorter than a header") << QByteArray(43, 'h') << QByteArray();
-    QTest::newRow("missing") << QByteArray() << QByteArray();
-}
-
-void TestPlayback::playsFiles() {
-    QFETCH(QByteArray, file);
-    QFETCH(QByteArray, heard);
-    start(QStringLiteral("exact"));
-    Listener listener(desk(), QStringLiteral("exact"));
-    const QString name = desk().folder() + QStringLiteral("/sound.wav");
-    QFile::remove(name);
-    if (!file.isEmpty())
-        QVERIFY(save(name, file));
-    const QByteArray after = noise(2).right(bytesPerSecond);
-    // Speech may be split within a sample, and the file come between.
-    playback()->playSound(Listener::leadIn() + after.left(1));
-    playback()->playSoundFile(name);
-    playback()->playSound(after.mid(1));
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= heard.size() + after.size(), patienceMs);
-    QVERIFY(isWhole(listener.sound().left(heard.size() + after.size()), heard + after));
-}
-
-void TestPlayback::volumeGoesBothWays() {
-    start(QStringLiteral("exact"));
-    QCOMPARE(playback()->Volume(), 100);
-    QSignalSpy changed(playback(), &PlaybackDeviceManager::VolumeChanged);
-    std::thread([this] { playback()->set_Volume(40); }).join();
-    QVERIFY(changed.wait(patienceMs));
-    QCOMPARE(changed.takeFirst(), QVariantList{40});
-    desk().run("pactl", {"set-sink-input-volume", stream(), "0.7"});
-    QVERIFY(changed.wait(patienceMs));
-    QCOMPARE(changed.takeFirst(), QVariantList{70});
-    playback()->set_IsTrackChanges(true);
-    playback()->SaveSettings();
-    QCOMPARE(PlaybackDeviceSettings().Volume.get(), 70);
-    QCOMPARE(PlaybackDeviceSettings().TrackChanges.get(), true);
-    QCOMPARE(PlaybackDeviceSettings().Name.get(), QStringLiteral("exact"));
-}
-
-void TestPlayback::withoutADeviceOnlyTheLevelIsTold() {
-    start(QStringLiteral("exact"));
-    const QByteArray dropped = noise(1);
-    // The device goes in the middle of a sample.
-    playback()->playSound(dropped.left(1));
-    playback()->set_SelectedIndex(-1);
-    QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
-    playback()->playSound(dropped.mid(1));
-    QCOMPARE(levels.size(), 1);
-    QVERIFY(levels.first().first().toInt() > 50);
-    Listener listener(desk(), QStringLiteral("exact"));
-    playback()->SelectDevice(QStringLiteral("exact"));
-    const QByteArray played = noise(2).right(bytesPerSecond);
-    playback()->playSound(Listener::leadIn());
-    playback()->playSound(played);
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() >= played.size(), patienceMs);
-    QVERIFY2(isWhole(listener.sound().left(played.size()), played),
-             "what was dropped is not played later");
-}
 
 int main(int argc, char **argv) {
     endProcess(runOnDesk<QCoreApplication, TestPlayback>(argc, argv, VirtualDesk::Sound));

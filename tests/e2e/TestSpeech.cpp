@@ -33,13 +33,100 @@ class TestSpeech : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void signalsStartAndEnd();
-    void playsSpeechInOrder();
-    void speaksWithTheUsersVoice();
-    void goesOnElsewhere_data();
-    void goesOnElsewhere();
+    void initTestCase() {
+        m_module = plugExactSpeaker(desk(), m_speaker);
+        m_stand = std::make_unique<Stand>();
+        writeSettings(*m_stand);
+        PlaybackDeviceSettings().Name = "exact";
+        TTSSettings().saveTtsSettings("Елена", true, 1.5);
+        m_program = startProgram(m_stand.get());
+        QVERIFY(m_program);
+        QVERIFY(m_program->waitForLog("Created audio output"));
+    }
+
+    void cleanupTestCase() { QCOMPARE(m_program->terminate(), 0); }
+
+    void signalsStartAndEnd() {
+        // Without their beginnings, which the sink forgets when it corrects what it has announced
+        // ahead.
+        const QByteArray on = samplesOf("SpeechOn").mid(4000, 4000);
+        const QByteArray off = samplesOf("SpeechOff").mid(4000, 4000);
+        QCOMPARE(on.size() + off.size(), 8000);
+        Listener listener(desk(), "exact");
+        XKeyboard().play(doubleCtrl);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(on), patienceMs);
+        QVERIFY(!listener.sound().contains(off));
+        XKeyboard().play(doubleCtrl);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(off), patienceMs);
+        QCOMPARE(listener.sound().count(on), 1);
+    }
+
+    void playsSpeechInOrder() {
+        Listener listener(desk(), "exact");
+        sendSpeech(Listener::leadIn());
+        QByteArray sent;
+        for (int i = 0; i < 20; ++i) {
+            // Each frame by a number of its own.
+            const QByteArray frame = QByteArray(1, char('a' + i)).repeated(2 * (3000 + 100 * i));
+            sent += frame;
+            sendSpeech(frame);
+        }
+        // The last signal may still be sounding before it.
+        QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(sent), patienceMs);
+    }
+
+    void speaksWithTheUsersVoice() {
+        m_stand->rewind();
+        const QJsonObject parameters =
+            m_stand->waitForMessage(MessageType::SetTtsParams)["data"].toObject();
+        QCOMPARE(parameters["speed"].toDouble(), 1.5);
+        QCOMPARE(parameters["SelectedVoice"].toObject()["Name"], QJsonValue("Елена"));
+        constexpr int secondBytes = 2 * 22050;
+        Listener listener(desk(), "exact");
+        m_stand->tell({{"do", "speak"}, {"text", "общее состояние удовлетворительное"}});
+        QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() > secondBytes, patienceMs);
+        m_stand->forget();
+        m_stand->tell("drop");
+        QVERIFY2(!m_stand->waitForMessage(MessageType::SetTtsParams, 60000).isEmpty(),
+                 "the next connection hears of them, too");
+    }
+
+    void goesOnElsewhere_data() {
+        columns<QString>("lost");
+        QTest::newRow("the speaker is unplugged") << "speaker";
+        QTest::newRow("there is no device for a while") << "devices";
+        QTest::newRow("PulseAudio is restarted") << "server";
+    }
+
+    void goesOnElsewhere() {
+        QFETCH(QString, lost);
+        constexpr int secondBytes = 2 * 22050;
+        {
+            Listener first(desk(), m_speaker);
+            sendSpeech(QByteArray(12 * secondBytes, 's'));
+            QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() > secondBytes, patienceMs);
+        }
+        if (lost == "speaker") {
+            desk().unloadModule(m_module);
+        } else {
+            desk().stopSound();
+            if (lost == "server")
+                desk().startSound();
+        }
+        m_speaker = "speaker";
+        if (lost == "devices") {
+            sendSpeech(QByteArray(secondBytes, 'n'));
+            m_stand->sayResult("слово");
+            QVERIFY2(m_program->isRunning(), "speech that nobody hears harms nothing");
+            desk().startSound();
+        }
+        QVERIFY(m_program->waitForLog("Created audio output"));
+        // What the lost device had taken is lost with it, the rest is played.
+        Listener second(desk(), m_speaker);
+        QTRY_VERIFY_WITH_TIMEOUT(bytesNear('s', second.sound()) > 3 * secondBytes, patienceMs);
+        sendSpeech(QByteArray(secondBytes, 'z'));
+        QTRY_VERIFY_WITH_TIMEOUT(bytesNear('z', second.sound()) > 0.9 * secondBytes, patienceMs);
+    }
 
 private:
     void sendSpeech(const QByteArray &frame) {
@@ -51,103 +138,6 @@ private:
     std::unique_ptr<Stand> m_stand;
     std::unique_ptr<Program> m_program;
 };
-
-void TestSpeech::initTestCase() {
-    m_module = plugExactSpeaker(desk(), m_speaker);
-    m_stand = std::make_unique<Stand>();
-    writeSettings(*m_stand);
-    PlaybackDeviceSettings().Name = "exact";
-    TTSSettings().saveTtsSettings("Елена", true, 1.5);
-    m_program = startProgram(m_stand.get());
-    QVERIFY(m_program);
-    QVERIFY(m_program->waitForLog("Created audio output"));
-}
-
-void TestSpeech::cleanupTestCase() {
-    QCOMPARE(m_program->terminate(), 0);
-}
-
-void TestSpeech::signalsStartAndEnd() {
-    // Without their beginnings, which the sink forgets when it corrects what it has announced
-    // ahead.
-    const QByteArray on = samplesOf("SpeechOn").mid(4000, 4000);
-    const QByteArray off = samplesOf("SpeechOff").mid(4000, 4000);
-    QCOMPARE(on.size() + off.size(), 8000);
-    Listener listener(desk(), "exact");
-    XKeyboard().play(doubleCtrl);
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(on), patienceMs);
-    QVERIFY(!listener.sound().contains(off));
-    XKeyboard().play(doubleCtrl);
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(off), patienceMs);
-    QCOMPARE(listener.sound().count(on), 1);
-}
-
-void TestSpeech::playsSpeechInOrder() {
-    Listener listener(desk(), "exact");
-    sendSpeech(Listener::leadIn());
-    QByteArray sent;
-    for (int i = 0; i < 20; ++i) {
-        // Each frame by a number of its own.
-        const QByteArray frame = QByteArray(1, char('a' + i)).repeated(2 * (3000 + 100 * i));
-        sent += frame;
-        sendSpeech(frame);
-    }
-    // The last signal may still be sounding before it.
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().contains(sent), patienceMs);
-}
-
-void TestSpeech::speaksWithTheUsersVoice() {
-    m_stand->rewind();
-    const QJsonObject parameters =
-        m_stand->waitForMessage(MessageType::SetTtsParams)["data"].toObject();
-    QCOMPARE(parameters["speed"].toDouble(), 1.5);
-    QCOMPARE(parameters["SelectedVoice"].toObject()["Name"], QJsonValue("Елена"));
-    constexpr int secondBytes = 2 * 22050;
-    Listener listener(desk(), "exact");
-    m_stand->tell({{"do", "speak"}, {"text", "общее состояние удовлетворительное"}});
-    QTRY_VERIFY_WITH_TIMEOUT(listener.sound().size() > secondBytes, patienceMs);
-    m_stand->forget();
-    m_stand->tell("drop");
-    QVERIFY2(!m_stand->waitForMessage(MessageType::SetTtsParams, 60000).isEmpty(),
-             "the next connection hears of them, too");
-}
-
-void TestSpeech::goesOnElsewhere_data() {
-    columns<QString>("lost");
-    QTest::newRow("the speaker is unplugged") << "speaker";
-    QTest::newRow("there is no device for a while") << "devices";
-    QTest::newRow("PulseAudio is restarted") << "server";
-}
-
-void TestSpeech::goesOnElsewhere() {
-    QFETCH(QString, lost);
-    constexpr int secondBytes = 2 * 22050;
-    {
-        Listener first(desk(), m_speaker);
-        sendSpeech(QByteArray(12 * secondBytes, 's'));
-        QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() > secondBytes, patienceMs);
-    }
-    if (lost == "speaker") {
-        desk().unloadModule(m_module);
-    } else {
-        desk().stopSound();
-        if (lost == "server")
-            desk().startSound();
-    }
-    m_speaker = "speaker";
-    if (lost == "devices") {
-        sendSpeech(QByteArray(secondBytes, 'n'));
-        m_stand->sayResult("слово");
-        QVERIFY2(m_program->isRunning(), "speech that nobody hears harms nothing");
-        desk().startSound();
-    }
-    QVERIFY(m_program->waitForLog("Created audio output"));
-    // What the lost device had taken is lost with it, the rest is played.
-    Listener second(desk(), m_speaker);
-    QTRY_VERIFY_WITH_TIMEOUT(bytesNear('s', second.sound()) > 3 * secondBytes, patienceMs);
-    sendSpeech(QByteArray(secondBytes, 'z'));
-    QTRY_VERIFY_WITH_TIMEOUT(bytesNear('z', second.sound()) > 0.9 * secondBytes, patienceMs);
-}
 
 DESK_TEST_MAIN(TestSpeech, VirtualDesk::Screen | VirtualDesk::Sound)
 #include "TestSpeech.moc"

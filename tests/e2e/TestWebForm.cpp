@@ -31,17 +31,158 @@ class TestWebForm : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void init();
-    void isFilledByVoice();
-    void followsTheFocus();
-    void givesWayToAnotherPage();
-    void endsWithItsPage();
-    void outlivesTheServer();
-    void isReloadedManyTimes();
-    void isThereForThisMachineOnly();
-    void isThereForNamedPagesOnly();
+    void initTestCase() {
+        const auto [port, restPort] = freePorts();
+        m_page.setQuery(QString("port=%1&rest=%2").arg(port).arg(restPort));
+        m_stand = std::make_unique<Stand>();
+        // A loss of the last server of a list would end what the form began.
+        m_stand->offerServers(2);
+        writeSettings(*m_stand);
+        FormApiSettings().Port = port;
+        FormApiSettings().RestPort = restPort;
+        m_program = startProgram(m_stand.get(), Program::install(m_log));
+        QVERIFY(m_program);
+        m_browser = std::make_unique<Browser>();
+    }
+
+    void cleanupTestCase() {
+        m_browser.reset();
+        QCOMPARE(m_program->terminate(), 0);
+        m_program.reset();
+        m_stand.reset();
+        const QString log = desk().read(m_log);
+        QVERIFY(log.contains("GET REQUEST"));
+        for (const char *word : {"кашель", "болеет", "Бронхит", "бронхит", "слово", "после"})
+            QVERIFY2(!log.contains(QString::fromUtf8(word)), word);
+    }
+
+    void init() {
+        m_browser->open(m_page);
+        QTRY_COMPARE_WITH_TIMEOUT(state(), m_ready, patienceMs);
+        QVERIFY(!m_stand->waitForMessage(MessageType::FormElement).isEmpty());
+    }
+
+    void isFilledByVoice() {
+        sayInto("complaints", "кашель , одышка");
+        sayInto("anamnesis", "болеет неделю .");
+        sayInto("conclusion", "бронхит");
+        sayInto("conclusion", "острый");
+        QTRY_COMPARE(value("conclusion"), QString(" Бронхит острый"));
+        QCOMPARE(value("complaints"), QString("Кашель, одышка"));
+        QCOMPARE(value("anamnesis"), QString(" болеет неделю."));
+        m_stand->tell({{"do", "message"}, {"type", 209}, {"data", "слово , за"}});
+        QTRY_COMPARE(m_browser->eval("document.getElementById('partial').textContent"),
+                     QString("слово, за"));
+        QTRY_COMPARE(
+            m_browser->eval("[...document.getElementById('theme').options].map(o => o.text)"),
+            QString("Как в программе,Терапия,Кардиология,Хирургия"));
+        desk().screenshot(desk().folder() + "/form.png");
+    }
+
+    void followsTheFocus() {
+        m_stand->tell(
+            {{"do", "message"}, {"type", 202}, {"data", QJsonObject{{"Key", "conclusion"}}}});
+        QTRY_COMPARE(focused(), QString("conclusion"));
+        m_stand->forget();
+        m_browser->click("#anamnesis");
+        QCOMPARE(m_stand->waitForMessage(MessageType::FormElement)["data"].toString(),
+                 QString("anamnesis"));
+    }
+
+    void givesWayToAnotherPage() {
+        const QString first = m_browser->window();
+        m_stand->forget();
+        m_browser->openWindow();
+        m_browser->open(m_page);
+        QTRY_COMPARE(state(), m_ready);
+        QVERIFY(!m_stand->waitForMessage(FormEnds).isEmpty());
+        QVERIFY(!m_stand->waitForMessage(FormBegins).isEmpty());
+        sayInto("complaints", "для второй");
+        QTRY_VERIFY(!value("complaints").isEmpty());
+        m_browser->closeWindow();
+        m_browser->switchTo(first);
+        QTRY_COMPARE(state(), QString("Диктовка идёт в другую страницу"));
+        QCOMPARE(value("complaints"), QString());
+        m_browser->click("#again");
+        QTRY_COMPARE(state(), m_ready);
+    }
+
+    void endsWithItsPage() {
+        const QString first = m_browser->window();
+        m_browser->openWindow();
+        m_browser->open(m_page);
+        QTRY_COMPARE(state(), m_ready);
+        m_stand->forget();
+        m_stand->tell({{"do", "message"}, {"type", 209}, {"data", "недосказан"}});
+        m_browser->closeWindow();
+        QVERIFY(!m_stand->waitForMessage(FormEnds).isEmpty());
+        m_browser->switchTo(first);
+    }
+
+    void outlivesTheServer() {
+        sayInto("complaints", "до");
+        QTRY_VERIFY(!value("complaints").isEmpty());
+        m_stand->forget();
+        m_stand->tell("drop");
+        const QJsonObject description =
+            m_stand->waitForMessage(MessageType::FormDescription)["data"].toObject();
+        QCOMPARE(description["Childs"].toArray().size(), 3);
+        QVERIFY(!m_stand->waitForMessage(MessageType::FormElement).isEmpty());
+        sayInto("complaints", "после");
+        QTRY_VERIFY(value("complaints").endsWith("после", Qt::CaseInsensitive));
+        QCOMPARE(state(), m_ready);
+    }
+
+    void isReloadedManyTimes() {
+        for (int i = 0; i < 10; ++i)
+            m_browser->reload();
+        QTRY_COMPARE(state(), m_ready);
+        m_stand->tell("state");
+        sayInto("anamnesis", "цел");
+        QTRY_VERIFY(value("anamnesis").contains("цел", Qt::CaseInsensitive));
+    }
+
+    void isThereForThisMachineOnly() {
+        const OtherMachine other;
+        if (!other.isThere())
+            QSKIP("another network namespace cannot be made here");
+        QTcpServer open;
+        QVERIFY(open.listen(QHostAddress::AnyIPv4));
+        if (!other.reaches(open.serverPort()))
+            QSKIP("a firewall keeps the other namespace out");
+        for (const int port : {FormApiSettings().Port.get(), FormApiSettings().RestPort.get()}) {
+            QTcpSocket here;
+            here.connectToHost("127.0.0.1", quint16(port));
+            QVERIFY(here.waitForConnected());
+            QVERIFY(!other.reaches(port));
+        }
+    }
+
+    void isThereForNamedPagesOnly() {
+        QVERIFY2(m_program->log().contains("Notification: Подключилась веб-страница null"),
+                 "the page from the file has been announced");
+        QTcpServer pages;
+        QVERIFY(pages.listen(QHostAddress::LocalHost));
+        connect(&pages, &QTcpServer::newConnection, &pages, [&pages] {
+            QTcpSocket *socket = pages.nextPendingConnection();
+            socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<p>form</p>");
+            socket->disconnectFromHost();
+        });
+        const QString origin = "http://%1:" + QString::number(pages.serverPort());
+        FormApiSettings settings;
+        settings.AllowedOrigins = "https://his.clinic.example, " + origin.arg("localhost");
+        settings.sync();
+        const QString address = "ws://127.0.0.1:" + QString::number(settings.Port);
+        for (const char *host : {"127.0.0.1", "localhost"}) {
+            m_browser->open(origin.arg(host));
+            m_browser->eval("window.form = new WebSocket('" + address + "')");
+            const QString expected = qstrcmp(host, "localhost") == 0 ? "1" : "3";
+            QTRY_COMPARE(m_browser->eval("window.form.readyState"), expected);
+        }
+        const QString log = m_program->log();
+        QVERIFY(log.contains("it: " + origin.arg("127.0.0.1")));
+        QVERIFY(log.contains("Notification: Подключилась веб-страница " + origin.arg("localhost")));
+    }
 
 private:
     QString state() { return m_browser->eval("document.getElementById('state').textContent"); }
@@ -62,157 +203,6 @@ private:
     std::unique_ptr<Browser> m_browser;
     QUrl m_page = QUrl::fromLocalFile(FORM);
 };
-
-void TestWebForm::initTestCase() {
-    const auto [port, restPort] = freePorts();
-    m_page.setQuery(QString("port=%1&rest=%2").arg(port).arg(restPort));
-    m_stand = std::make_unique<Stand>();
-    // A loss of the last server of a list would end what the form began.
-    m_stand->offerServers(2);
-    writeSettings(*m_stand);
-    FormApiSettings().Port = port;
-    FormApiSettings().RestPort = restPort;
-    m_program = startProgram(m_stand.get(), Program::install(m_log));
-    QVERIFY(m_program);
-    m_browser = std::make_unique<Browser>();
-}
-
-void TestWebForm::cleanupTestCase() {
-    m_browser.reset();
-    QCOMPARE(m_program->terminate(), 0);
-    m_program.reset();
-    m_stand.reset();
-    const QString log = desk().read(m_log);
-    QVERIFY(log.contains("GET REQUEST"));
-    for (const char *word : {"кашель", "болеет", "Бронхит", "бронхит", "слово", "после"})
-        QVERIFY2(!log.contains(QString::fromUtf8(word)), word);
-}
-
-void TestWebForm::init() {
-    m_browser->open(m_page);
-    QTRY_COMPARE_WITH_TIMEOUT(state(), m_ready, patienceMs);
-    QVERIFY(!m_stand->waitForMessage(MessageType::FormElement).isEmpty());
-}
-
-void TestWebForm::isFilledByVoice() {
-    sayInto("complaints", "кашель , одышка");
-    sayInto("anamnesis", "болеет неделю .");
-    sayInto("conclusion", "бронхит");
-    sayInto("conclusion", "острый");
-    QTRY_COMPARE(value("conclusion"), QString(" Бронхит острый"));
-    QCOMPARE(value("complaints"), QString("Кашель, одышка"));
-    QCOMPARE(value("anamnesis"), QString(" болеет неделю."));
-    m_stand->tell({{"do", "message"}, {"type", 209}, {"data", "слово , за"}});
-    QTRY_COMPARE(m_browser->eval("document.getElementById('partial').textContent"),
-                 QString("слово, за"));
-    QTRY_COMPARE(m_browser->eval("[...document.getElementById('theme').options].map(o => o.text)"),
-                 QString("Как в программе,Терапия,Кардиология,Хирургия"));
-    desk().screenshot(desk().folder() + "/form.png");
-}
-
-void TestWebForm::followsTheFocus() {
-    m_stand->tell({{"do", "message"}, {"type", 202}, {"data", QJsonObject{{"Key", "conclusion"}}}});
-    QTRY_COMPARE(focused(), QString("conclusion"));
-    m_stand->forget();
-    m_browser->click("#anamnesis");
-    QCOMPARE(m_stand->waitForMessage(MessageType::FormElement)["data"].toString(),
-             QString("anamnesis"));
-}
-
-void TestWebForm::givesWayToAnotherPage() {
-    const QString first = m_browser->window();
-    m_stand->forget();
-    m_browser->openWindow();
-    m_browser->open(m_page);
-    QTRY_COMPARE(state(), m_ready);
-    QVERIFY(!m_stand->waitForMessage(FormEnds).isEmpty());
-    QVERIFY(!m_stand->waitForMessage(FormBegins).isEmpty());
-    sayInto("complaints", "для второй");
-    QTRY_VERIFY(!value("complaints").isEmpty());
-    m_browser->closeWindow();
-    m_browser->switchTo(first);
-    QTRY_COMPARE(state(), QString("Диктовка идёт в другую страницу"));
-    QCOMPARE(value("complaints"), QString());
-    m_browser->click("#again");
-    QTRY_COMPARE(state(), m_ready);
-}
-
-void TestWebForm::endsWithItsPage() {
-    const QString first = m_browser->window();
-    m_browser->openWindow();
-    m_browser->open(m_page);
-    QTRY_COMPARE(state(), m_ready);
-    m_stand->forget();
-    m_stand->tell({{"do", "message"}, {"type", 209}, {"data", "недосказан"}});
-    m_browser->closeWindow();
-    QVERIFY(!m_stand->waitForMessage(FormEnds).isEmpty());
-    m_browser->switchTo(first);
-}
-
-void TestWebForm::outlivesTheServer() {
-    sayInto("complaints", "до");
-    QTRY_VERIFY(!value("complaints").isEmpty());
-    m_stand->forget();
-    m_stand->tell("drop");
-    const QJsonObject description =
-        m_stand->waitForMessage(MessageType::FormDescription)["data"].toObject();
-    QCOMPARE(description["Childs"].toArray().size(), 3);
-    QVERIFY(!m_stand->waitForMessage(MessageType::FormElement).isEmpty());
-    sayInto("complaints", "после");
-    QTRY_VERIFY(value("complaints").endsWith("после", Qt::CaseInsensitive));
-    QCOMPARE(state(), m_ready);
-}
-
-void TestWebForm::isReloadedManyTimes() {
-    for (int i = 0; i < 10; ++i)
-        m_browser->reload();
-    QTRY_COMPARE(state(), m_ready);
-    m_stand->tell("state");
-    sayInto("anamnesis", "цел");
-    QTRY_VERIFY(value("anamnesis").contains("цел", Qt::CaseInsensitive));
-}
-
-void TestWebForm::isThereForThisMachineOnly() {
-    const OtherMachine other;
-    if (!other.isThere())
-        QSKIP("another network namespace cannot be made here");
-    QTcpServer open;
-    QVERIFY(open.listen(QHostAddress::AnyIPv4));
-    if (!other.reaches(open.serverPort()))
-        QSKIP("a firewall keeps the other namespace out");
-    for (const int port : {FormApiSettings().Port.get(), FormApiSettings().RestPort.get()}) {
-        QTcpSocket here;
-        here.connectToHost("127.0.0.1", quint16(port));
-        QVERIFY(here.waitForConnected());
-        QVERIFY(!other.reaches(port));
-    }
-}
-
-void TestWebForm::isThereForNamedPagesOnly() {
-    QVERIFY2(m_program->log().contains("Notification: Подключилась веб-страница null"),
-             "the page from the file has been announced");
-    QTcpServer pages;
-    QVERIFY(pages.listen(QHostAddress::LocalHost));
-    connect(&pages, &QTcpServer::newConnection, &pages, [&pages] {
-        QTcpSocket *socket = pages.nextPendingConnection();
-        socket->write("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n\r\n<p>form</p>");
-        socket->disconnectFromHost();
-    });
-    const QString origin = "http://%1:" + QString::number(pages.serverPort());
-    FormApiSettings settings;
-    settings.AllowedOrigins = "https://his.clinic.example, " + origin.arg("localhost");
-    settings.sync();
-    const QString address = "ws://127.0.0.1:" + QString::number(settings.Port);
-    for (const char *host : {"127.0.0.1", "localhost"}) {
-        m_browser->open(origin.arg(host));
-        m_browser->eval("window.form = new WebSocket('" + address + "')");
-        const QString expected = qstrcmp(host, "localhost") == 0 ? "1" : "3";
-        QTRY_COMPARE(m_browser->eval("window.form.readyState"), expected);
-    }
-    const QString log = m_program->log();
-    QVERIFY(log.contains("it: " + origin.arg("127.0.0.1")));
-    QVERIFY(log.contains("Notification: Подключилась веб-страница " + origin.arg("localhost")));
-}
 
 DESK_TEST_MAIN(TestWebForm, VirtualDesk::Screen | VirtualDesk::Sound)
 #include "TestWebForm.moc"
