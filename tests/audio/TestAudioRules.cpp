@@ -149,6 +149,9 @@ private slots:
         QTRY_COMPARE(device.log.join(' '), happened);
         QCOMPARE(ScriptedList::namesOf(device.DeviceList()), after);
         QTEST(device.SelectedIndex(), "index");
+        // A plugged device that was switched to is the one to come back to.
+        if (happened.endsWith("notify") && after.size() > before.size())
+            QCOMPARE(device.WantedName(), device.CurrentDevice().deviceName());
     }
 
     void selects_data() {

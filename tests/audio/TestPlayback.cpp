@@ -83,13 +83,14 @@ private slots:
     }
 
     void goesOnAfterTheDevice_data() {
-        columns<bool>("isServerRestarted");
-        QTest::newRow("unplugged") << false;
-        QTest::newRow("PulseAudio is restarted") << true;
+        columns<QString>("lost");
+        row("unplugged", QStringLiteral("speaker"));
+        row("no device for a while", QStringLiteral("devices"));
+        row("PulseAudio is restarted", QStringLiteral("server"));
     }
 
     void goesOnAfterTheDevice() {
-        QFETCH(bool, isServerRestarted);
+        QFETCH(QString, lost);
         start(QStringLiteral("exact"));
         const QByteArray sent = noise(6);
         {
@@ -97,19 +98,22 @@ private slots:
             playback()->playSound(sent);
             QTRY_VERIFY_WITH_TIMEOUT(first.sound().size() >= bytesPerSecond, patienceMs);
         }
-        if (isServerRestarted) {
+        if (lost == "speaker") {
+            desk().unloadModule(m_modules.takeLast());
+        } else {
             desk().stopSound();
             m_modules.clear();
+            if (lost == "devices")
+                playback()->playSound(noise(1));
             desk().startSound();
-        } else {
-            desk().unloadModule(m_modules.takeLast());
         }
-        QSignalSpy levels(playback(), &PlaybackDeviceManager::CurrentLevelChanged);
         QTRY_COMPARE_WITH_TIMEOUT(playback()->CurrentDevice().deviceName(),
                                   QStringLiteral("speaker"), patienceMs);
         Listener second(desk(), QStringLiteral("speaker"));
-        // What the lost device had taken is lost with it, the rest is played.
+        // What the lost device had taken is lost with it, the rest is played, and what comes then.
         QTRY_VERIFY_WITH_TIMEOUT(second.sound().size() >= 3 * bytesPerSecond, patienceMs);
+        playback()->playSound(noise(6));
+        QTRY_VERIFY_WITH_TIMEOUT(second.sound().size() >= 8 * bytesPerSecond, patienceMs);
     }
 
     void playsFiles_data() {

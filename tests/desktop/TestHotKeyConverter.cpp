@@ -9,9 +9,7 @@ class TestHotKeyConverter : public QObject {
 
 private slots:
     void readsAndWrites_data() {
-        QTest::addColumn<QString>("read");
-        QTest::addColumn<unsigned int>("modifiers");
-        QTest::addColumn<QString>("written");
+        columns<QString, unsigned int, QString>("read", "modifiers", "written");
         QTest::newRow("empty") << "" << 0U << "";
         QTest::newRow("plus alone") << "+" << 0U << "";
         QTest::newRow("plain key") << "F5" << 0U << "F5";
@@ -36,9 +34,7 @@ private slots:
     }
 
     void takesEvents_data() {
-        QTest::addColumn<unsigned int>("keysym");
-        QTest::addColumn<unsigned int>("state");
-        QTest::addColumn<unsigned int>("modifiers");
+        columns<unsigned int, unsigned int, unsigned int>("keysym", "state", "modifiers");
         QTest::newRow("locks and layout are dropped") << 0x61U << 0x2017U << 5U;
         QTest::newRow("Alt and Super") << 0x61U << 72U << 72U;
         QTest::newRow("first of the keypad's navigation") << 0xff95U << 0U << 16U;

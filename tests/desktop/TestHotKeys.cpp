@@ -60,10 +60,8 @@ private slots:
     void init() { store(true, "DoubleCtrl", "Ctrl"); }
 
     void gesturesActivate_data() {
-        QTest::addColumn<bool>("useHotkey");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("edges"); // "|" stands for a pause
-        QTest::addColumn<QString>("activated");
+        // In the edges "|" stands for a pause.
+        columns<bool, QString, QString, QString>("useHotkey", "key", "edges", "activated");
         const QString click = "+Control_L -Control_L ";
         const QString caps = "+Caps_Lock -Caps_Lock ";
         const auto toggle = [](const char *name, const QString &keys, const char *seen) {
@@ -129,9 +127,7 @@ private slots:
     }
 
     void listenerReducesEdges_data() {
-        QTest::addColumn<bool>("pushToTalk");
-        QTest::addColumn<QString>("edges");
-        QTest::addColumn<QString>("emitted");
+        columns<bool, QString, QString>("pushToTalk", "edges", "emitted");
         const QString down = QString("0/%1 ").arg(Qt::Key_Control);
         const QString other = "0/-1 1/-1";
         const QString up = QString("1/%1").arg(Qt::Key_Control);
@@ -235,8 +231,7 @@ private slots:
     }
 
     void spokenKeysAreNoGesture_data() {
-        QTest::addColumn<bool>("useHotkey");
-        QTest::addColumn<QString>("activated");
+        columns<bool, QString>("useHotkey", "activated");
         QTest::newRow("double Ctrl") << true << "0/0/0";
         QTest::newRow("talk while Ctrl is down") << false << "1/0/1 1/0/2 1/0/1 1/0/2";
     }

@@ -28,8 +28,7 @@ private slots:
     }
 
     void typesWhateverTheLayout_data() {
-        QTest::addColumn<int>("group");
-        QTest::addColumn<QString>("text");
+        columns<int, QString>("group", "text");
         const QString letters = "Съешь ещё, Hello World 123!? №";
         const QString signs = "«É»—é°µß😀ÿ";
         QTest::newRow("letters of two layouts while the first is active") << 0 << letters;
@@ -201,10 +200,7 @@ private slots:
     }
 
     void pressesWhatIsNotHeld_data() {
-        QTest::addColumn<QString>("held");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<QString>("seen");
+        columns<QString, QString, int, QString>("held", "key", "modifiers", "seen");
         const auto row = [](const char *name, const char *held, const char *key, int modifiers,
                             const char *keys) {
             QTest::newRow(name) << held << key << modifiers << keys;
