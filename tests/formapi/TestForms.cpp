@@ -12,7 +12,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QNetworkInterface>
 #include <QNetworkRequest>
 #include <QSignalSpy>
 #include <QTcpServer>
@@ -171,7 +170,7 @@ private slots:
             QByteArray("MIS_TYPE=m1; MIS_VERSION=7; MIS_USER=u1; q=\"x y\""), known);
         row("beside nothing", QByteArray(";; MIS_TYPE=m1; ; MIS_VERSION=7; MIS_USER=u1;"), known);
         row("of several words", QByteArray("MIS_USER=\"x y\"; MIS_VERSION=a=b; MIS_TYPE"),
-            QByteArray(R"({"TypeId":"","User":"\"x y\"","Version":"a=b"})"));
+            QByteArray("{\"TypeId\":\"\",\"User\":\"\\\"x y\\\"\",\"Version\":\"a=b\"}"));
     }
 
     void takesTheIdentity() {
@@ -268,6 +267,9 @@ private slots:
         QCOMPARE(compact(again["FormSettings"]), QByteArray(R"({"s":1})"));
         QCOMPARE(compact(again["FormCommands"]), QByteArray(R"(["c"])"));
         QCOMPARE(waitForMessage(MessageType::FormElement)["data"], QJsonValue("b"));
+        QCOMPARE(again["Childs"].toArray().size(), 1);
+        m_stand->tell({{"do", "message"}, {"type", 218}, {"data", 1}});
+        QTRY_COMPARE(form.received().last(), "18:1");
         QVERIFY2(form.isOpen(), "the form sees nothing of it");
     }
 
@@ -345,7 +347,7 @@ private slots:
         QVERIFY(server().currentSession());
         const QJsonObject much{
             {"do", "send"},
-            {"text", R"({"MessageType":218,"Data":")" + QString(1 << 20, 'x') + "\"}"}};
+            {"text", "{\"MessageType\":218,\"Data\":\"" + QString(1 << 20, 'x') + "\"}"}};
         for (int i = 0; i < 40; ++i)
             m_stand->tell(much);
         QTRY_VERIFY(!server().currentSession());
@@ -379,12 +381,9 @@ private slots:
 
     void listensAnew() {
         Form form(server());
-        for (const QHostAddress &address : QNetworkInterface::allAddresses()) {
-            QTcpSocket fromOutside;
-            fromOutside.connectToHost(address, server().port());
-            if (!address.isLoopback())
-                QVERIFY2(!fromOutside.waitForConnected(1000), qPrintable(address.toString()));
-        }
+        QTcpSocket other;
+        other.connectToHost("127.0.0.3", server().port());
+        QVERIFY2(!other.waitForConnected(), "only one address of this machine is served");
         const quint16 port = server().port();
         QTcpServer taken;
         QVERIFY(taken.listen(QHostAddress::LocalHost));
