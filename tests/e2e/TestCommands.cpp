@@ -1,12 +1,7 @@
-#include "DeskTest.h"
 #include "Editor.h"
-#include "Program.h"
-#include "Stand.h"
-#include "XKeyboard.h"
+#include "ProgramTest.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
-#include "core/settings/HotkeySettings.h"
-#include "core/settings/LaunchSettings.h"
 
 #include <QDir>
 #include <QFile>
@@ -52,20 +47,13 @@ QStringList patterns(const QJsonObject &message) {
 
 /// Commands of the user on a whole desk: their files are there before the program starts, the
 /// server says which one was heard.
-class TestCommands : public QObject {
+class TestCommands : public ProgramTest {
     Q_OBJECT
 
 private slots:
     void init() {
-        clearSettings();
-        m_stand = std::make_unique<Stand>();
+        ProgramTest::init();
         QDir(commandsFolder()).removeRecursively();
-    }
-
-    void cleanup() {
-        if (m_program)
-            QCOMPARE(m_program->terminate(), 0);
-        m_program.reset();
     }
 
     void pressesKeysInAnEditor() {
@@ -92,53 +80,6 @@ private slots:
         speak("плюс");
         QTRY_COMPARE(editor.text(), "+РазРазРаз");
         QCOMPARE(startModes(), before);
-    }
-
-    void takesItsOwnCtrlForNoGesture() {
-        HotkeySettings().UseHotkey = false;
-        HotkeySettings().P2TKey = "Ctrl";
-        LaunchSettings().GlobalEnableVAC = true;
-        LaunchSettings().VoiceActivationEnabled = true;
-        store(QString(), {command("key", "в начало", "Ctrl+Home")});
-        Editor editor("own.txt");
-        QVERIFY(start());
-        m_stand->rewind();
-        const QJsonArray commands = m_stand->waitForMessage(MessageType::SetCommands)["data"]
-                                        .toObject()["Commands"]
-                                        .toArray();
-        m_stand->forget();
-        // Started by voice, so that the key is not held.
-        m_stand->sayResult(QString(), true, commands.last().toObject()["Id"].toString());
-        QVERIFY(dictates());
-        const int before = startModes();
-        m_stand->sayResult("раз");
-        for (int i = 0; i < 6; ++i)
-            speak("в начало");
-        m_stand->sayResult("два");
-        QTRY_COMPARE(editor.text(), " дваРаз");
-        // Sound behind it comes from a dictation that goes on.
-        m_stand->forget();
-        QVERIFY(!m_stand->waitFor("sound").isEmpty());
-        QCOMPARE(startModes(), before);
-
-        XKeyboard().play("+Control_L -Control_L");
-        QVERIFY(nextMode(m_stand.get()).isNull());
-        QCOMPARE(nextMode(m_stand.get()).toInt(-1), 1);
-    }
-
-    void breaksNoGestureOfTheUser() {
-        store(QString(), {command("key", "в начало", "Ctrl+Home")});
-        Editor editor("gesture.txt");
-        QVERIFY(start() && startDictation());
-        XKeyboard keyboard;
-        m_stand->sayResult("раз");
-        keyboard.press("Control_L");
-        speak("в начало");
-        m_stand->sayResult("два");
-        QTRY_COMPARE(editor.text(), " дваРаз");
-        m_stand->forget();
-        keyboard.play("-Control_L +Control_L -Control_L");
-        QCOMPARE(nextMode(m_stand.get()).toInt(-1), 0);
     }
 
     void startsAProgramThatOutlivesIt() {
@@ -194,9 +135,7 @@ private slots:
         m_stand->rewind();
         QCOMPARE(patterns(m_stand->waitForMessage(MessageType::SetCommands)),
                  QStringList({"скопировать", "терапевт"}));
-        XKeyboard().play(doubleCtrl);
-        QVERIFY(!nextMode(m_stand.get()).isUndefined());
-        QVERIFY(dictates());
+        QVERIFY(startDictation());
         m_stand->sayResult("подпись");
         QTRY_COMPARE(editor.text(), "Терапевт");
 
@@ -216,26 +155,6 @@ private slots:
         QVERIFY(startDictation());
         m_stand->sayResult("подпись");
         QTRY_COMPARE(editor.text(), "ТерапевтВрач");
-    }
-
-    void leavesPunctuationToTheServer_data() {
-        QTest::addColumn<bool>("usePunctuation");
-        QTest::addColumn<QString>("typed");
-        QTest::newRow("the server sets marks") << true << "Звёздочка и слово";
-        QTest::newRow("the client sets marks") << false << "Знак и слово";
-    }
-
-    void leavesPunctuationToTheServer() {
-        QFETCH(bool, usePunctuation);
-        ASRSettings().PunctuationEnabled = true;
-        ASRSettings().UsePunctuation = usePunctuation;
-        store(QString(),
-              {command("text", "звёздочка", "знак", true), command("text", "термин", "слово")});
-        Editor editor(QString("marks%1.txt").arg(usePunctuation));
-        QVERIFY(start() && startDictation());
-        m_stand->sayResult("звёздочка и термин");
-        QTRY_VERIFY(!editor.text().isEmpty());
-        QTEST(editor.text(), "typed");
     }
 
     void keepsWordsOutOfAnInstalledLog_data() {
@@ -278,22 +197,6 @@ private slots:
     }
 
 private:
-    /// Starts the program and waits until all its opening messages are sent.
-    bool start() {
-        m_program = startProgram(m_stand.get());
-        return m_program != nullptr;
-    }
-
-    /// Waits until dictation is asked for and sound comes.
-    bool dictates() {
-        return nextMode(m_stand.get()).isNull() && !m_stand->waitFor("sound").isEmpty();
-    }
-
-    bool startDictation() {
-        XKeyboard().play(doubleCtrl);
-        return dictates();
-    }
-
     /// Has the server hear the command of this phrase.
     void speak(const char *phrase) {
         m_stand->sayResult(QString::fromUtf8(phrase), true, QString::fromUtf8(phrase));
@@ -306,9 +209,6 @@ private:
             count += event["event"] == "message" && event["type"] == int(MessageType::StartMode);
         return count;
     }
-
-    std::unique_ptr<Stand> m_stand;
-    std::unique_ptr<Program> m_program;
 };
 
 DESK_TEST_MAIN(TestCommands, VirtualDesk::Screen | VirtualDesk::Sound)

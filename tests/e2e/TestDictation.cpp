@@ -1,28 +1,14 @@
-#include "DeskTest.h"
 #include "Editor.h"
-#include "Program.h"
-#include "Stand.h"
-#include "XKeyboard.h"
+#include "ProgramTest.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/HotkeySettings.h"
 #include "core/settings/LaunchSettings.h"
 
 /// The whole program on a whole desk: keys, sound, server, typed text.
-class TestDictation : public QObject {
+class TestDictation : public ProgramTest {
     Q_OBJECT
 
 private slots:
-    void init() {
-        clearSettings();
-        m_stand = std::make_unique<Stand>();
-    }
-
-    void cleanup() {
-        if (m_program)
-            QCOMPARE(m_program->terminate(), 0);
-        m_program.reset();
-    }
-
     void dictatesIntoTheFocusedWindow() {
         Editor editor("plain.txt");
         QVERIFY(start());
@@ -132,20 +118,6 @@ private slots:
         QVERIFY(soundFlows());
     }
 
-    void goesOnAfterPulseAudio() {
-        QVERIFY(start() && startDictation());
-        for (int round = 0; round < 2; ++round) {
-            desk().stopSound();
-            QVERIFY(m_program->waitForLog("pa_context_connect failed"));
-            desk().startSound();
-            QVERIFY(m_program->waitForLog("Connected to pulse audio"));
-            m_stand->forget();
-            if (m_stand->waitFor("sound", {}, 8000).isEmpty())
-                QVERIFY2(startDictation(), "dictation starts again");
-            QVERIFY(soundFlows());
-        }
-    }
-
     void stopsWithoutAMicrophone() {
         desk().stopSound();
         QVERIFY(start());
@@ -169,35 +141,6 @@ private slots:
         QVERIFY(!m_stand->waitFor("disconnected").isEmpty());
         QTRY_VERIFY(editor.text().startsWith("Слово №"));
     }
-
-private:
-    bool start() {
-        m_program = startProgram(m_stand.get());
-        return m_program != nullptr;
-    }
-
-    bool startDictation() {
-        m_stand->forget();
-        XKeyboard().play(doubleCtrl);
-        return nextMode(m_stand.get()).isNull() && soundFlows();
-    }
-
-    /// Waits until as much more sound has come as a second gives.
-    bool soundFlows() {
-        constexpr int secondBytes = 32000;
-        m_stand->forget();
-        int bytes = 0;
-        while (bytes < secondBytes) {
-            const QJsonObject sound = m_stand->waitFor("sound");
-            if (sound.isEmpty())
-                return false;
-            bytes += sound["bytes"].toInt();
-        }
-        return true;
-    }
-
-    std::unique_ptr<Stand> m_stand;
-    std::unique_ptr<Program> m_program;
 };
 
 DESK_TEST_MAIN(TestDictation, VirtualDesk::Screen | VirtualDesk::Sound)

@@ -26,9 +26,7 @@ private slots:
     }
 
     void showsWhatTheServerSays_data() {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<int>("action");
-        QTest::addColumn<QString>("shown");
+        columns<int, int, QString>("type", "action", "shown");
         QTest::newRow("information") << 1 << 0 << "dialog-information||слово|4000";
         QTest::newRow("warning") << 2 << 0 << "dialog-warning||слово|4000";
         QTest::newRow("critical") << 3 << 0 << "dialog-error||слово|4000";

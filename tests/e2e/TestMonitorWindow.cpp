@@ -1,9 +1,6 @@
-#include "DeskTest.h"
 #include "Editor.h"
-#include "Program.h"
+#include "ProgramTest.h"
 #include "SineWave.h"
-#include "Stand.h"
-#include "XKeyboard.h"
 #include "core/settings/RecordingDeviceSettings.h"
 
 #include <QImage>
@@ -71,12 +68,12 @@ QPoint corner() {
 } // namespace
 
 /// The monitor as the user meets it: the windows of the built program among those of others.
-class TestMonitorWindow : public QObject {
+class TestMonitorWindow : public ProgramTest {
     Q_OBJECT
 
 private slots:
     void init() {
-        clearSettings();
+        ProgramTest::init();
         xdotool({"mousemove", "600", "5"});
     }
 
@@ -85,9 +82,8 @@ private slots:
             QCOMPARE(m_program->terminate(), 0);
             QVERIFY2(!m_program->log().contains("qrc:/"), "the views run clean");
         }
-        m_program.reset();
+        ProgramTest::cleanup();
         m_editor.reset();
-        m_stand.reset();
         qunsetenv("QT_SCALE_FACTOR");
     }
 
@@ -160,10 +156,7 @@ private slots:
     }
 
     void opensAPopupAndGivesTheFocusBack_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QPoint>("button");
-        QTest::addColumn<QPoint>("otherButton");
-        QTest::addColumn<QString>("otherName");
+        columns<QString, QPoint, QPoint, QString>("name", "button", "otherButton", "otherName");
         QTest::newRow("gain") << gainName << QPoint(15, 15) << QPoint(15, 86) << themeName;
         QTest::newRow("dictionary") << themeName << QPoint(15, 86) << QPoint(15, 15) << gainName;
     }
@@ -242,8 +235,6 @@ private slots:
 private:
     /// Starts the program beside an editor that has the focus, and then a dictation.
     bool dictate() {
-        m_stand = std::make_unique<Stand>();
-        writeSettings(*m_stand);
         m_editor = std::make_unique<Editor>("monitor.txt");
         m_program = std::make_unique<Program>();
         if (!QTest::qWaitFor([] { return place(splashName).isValid(); }, patienceMs))
@@ -282,9 +273,7 @@ private:
         desk().end(panel);
     }
 
-    std::unique_ptr<Stand> m_stand;
     std::unique_ptr<Editor> m_editor;
-    std::unique_ptr<Program> m_program;
     bool m_keptFocus = false;
 };
 

@@ -175,10 +175,7 @@ private slots:
     }
 
     void logsWhereItIsTold_data() {
-        QTest::addColumn<bool>("hasFile");
-        QTest::addColumn<QByteArray>("configuration");
-        QTest::addColumn<QString>("inLog");
-        QTest::addColumn<bool>("isFallback");
+        columns<bool, QByteArray, QString, bool>("hasFile", "configuration", "inLog", "isFallback");
         const QByteArray good = "* GLOBAL:\n  FORMAT = \"%level-%msg\"\n"
                                 "  FILENAME = \"${env:HOME}/told${nosuch}.log\"\n"
                                 "  ENABLED = true\n  TO_FILE = true\n  TO_STANDARD_OUTPUT = true\n";

@@ -1,8 +1,6 @@
-#include "DeskTest.h"
 #include "Files.h"
-#include "Program.h"
+#include "ProgramTest.h"
 #include "ProgramWindow.h"
-#include "Stand.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
 #include "core/settings/ProfileFile.h"
@@ -21,22 +19,13 @@
 
 /// The windows in which the user tells who he is, what is recognised wrong, and which words are
 /// missing; and the one that measures.
-class TestUserWindows : public QObject {
+class TestUserWindows : public ProgramTest {
     Q_OBJECT
 
 private slots:
     void init() {
-        clearSettings();
-        m_stand = std::make_unique<Stand>();
-        writeSettings(*m_stand);
+        ProgramTest::init();
         ASRSettings().CanEditAvocadoWords = true;
-    }
-
-    void cleanup() {
-        if (m_program && m_program->isRunning())
-            QCOMPARE(m_program->terminate(), 0);
-        m_program.reset();
-        m_stand.reset();
     }
 
     void profileIsChosen() {
@@ -232,9 +221,6 @@ private:
         user.setText("UserInfo/UserName", "Иванов Иван");
         user.setText("UserInfo/Specialisation", "Терапия");
     }
-
-    std::unique_ptr<Stand> m_stand;
-    std::unique_ptr<Program> m_program;
 };
 
 DESK_TEST_MAIN(TestUserWindows, VirtualDesk::Screen | VirtualDesk::Tray | VirtualDesk::Sound)

@@ -1,10 +1,7 @@
-#include "DeskTest.h"
 #include "Files.h"
 #include "KeyReceiver.h"
-#include "Program.h"
+#include "ProgramTest.h"
 #include "ProgramWindow.h"
-#include "Stand.h"
-#include "XKeyboard.h"
 #include "connection/messages/MessageType.h"
 #include "core/settings/ASRSettings.h"
 #include "core/settings/BalancerConnectionSettings.h"
@@ -24,23 +21,10 @@ enum Tab { LaunchTab = 150, RecognitionTab = 263, NetworkTab = 455 };
 
 /// The windows in a user's hands: what is chosen in them reaches the settings, the files and the
 /// server.
-class TestWindows : public QObject {
+class TestWindows : public ProgramTest {
     Q_OBJECT
 
 private slots:
-    void init() {
-        clearSettings();
-        m_stand = std::make_unique<Stand>();
-        writeSettings(*m_stand);
-    }
-
-    void cleanup() {
-        if (m_program && m_program->isRunning())
-            QCOMPARE(m_program->terminate(), 0);
-        m_program.reset();
-        m_stand.reset();
-    }
-
     void asksForADictionary() {
         start(false);
         const ProgramWindow window("Выбор темы");
@@ -208,9 +192,6 @@ private:
     ProgramWindow openSettings() const {
         return ProgramWindow::openFromTray(ProgramWindow::SettingsEntry, "Настройки");
     }
-
-    std::unique_ptr<Stand> m_stand;
-    std::unique_ptr<Program> m_program;
 };
 
 DESK_TEST_MAIN(TestWindows, VirtualDesk::Screen | VirtualDesk::Tray | VirtualDesk::Sound)

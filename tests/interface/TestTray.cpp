@@ -22,11 +22,8 @@ private slots:
     }
 
     void showsTheState_data() {
-        QTest::addColumn<ConnectionState>("before");
-        QTest::addColumn<ConnectionState>("state");
-        QTest::addColumn<bool>("warns");
-        QTest::addColumn<bool>("canConnect");
-        QTest::addColumn<QString>("toolTip");
+        columns<ConnectionState, ConnectionState, bool, bool, QString>("before", "state", "warns",
+                                                                       "canConnect", "toolTip");
         const QString ready = "Сервер speech.local";
         const QString apart = "Отключен от сервера";
         const QString busy = "Подключается к speech.local";
