@@ -1,6 +1,7 @@
 #include "desktop/WindowPing.h"
 
 #include "desktop/WindowParent.h"
+#include "desktop/XErrorScope.h"
 
 #include <QDeadlineTimer>
 
@@ -40,6 +41,7 @@ WindowPing::WindowPing(_XDisplay *display)
       m_ping(XInternAtom(display, "_NET_WM_PING", False)) {}
 
 unsigned long WindowPing::answering(unsigned long window) const {
+    const XErrorScope errors(m_display);
     while (window != None && window != m_root) {
         Atom *list = nullptr;
         int count = 0;
@@ -53,6 +55,7 @@ unsigned long WindowPing::answering(unsigned long window) const {
 }
 
 bool WindowPing::hasRead(unsigned long window, int timeoutMs, const std::atomic<bool> &cancelled) {
+    const XErrorScope errors(m_display);
     const QDeadlineTimer deadline(timeoutMs);
     listen(true);
     ask(window);

@@ -7,7 +7,7 @@ struct _XDisplay;
 /// Tells when a window has read all that was sent to it before: windows that list _NET_WM_PING
 /// answer a message in the order in which they read their events.
 ///
-/// Belongs to the thread of its connection, whose errors are the caller's to catch.
+/// Belongs to the thread of its connection. A window that has closed is no error of the caller's.
 class WindowPing {
 public:
     /// @param display  not owned, outlives this object

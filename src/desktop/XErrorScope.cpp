@@ -20,15 +20,28 @@ Registry &registry() {
     return instance;
 }
 
+/// The innermost scope that a request was sent in; the outermost for one from before them all. Null
+/// if the connection has none.
+XErrorScope *scopeOf(const Display *display, unsigned long request) {
+    XErrorScope *outermost = nullptr;
+    const QVector<XErrorScope *> &scopes = registry().scopes;
+    for (auto scope = scopes.crbegin(); scope != scopes.crend(); ++scope) {
+        if ((*scope)->display() != display)
+            continue;
+        outermost = *scope;
+        if (outermost->firstRequest() <= request)
+            break;
+    }
+    return outermost;
+}
+
 int onXError(Display *display, XErrorEvent *event) {
     XErrorHandler previous = nullptr;
     {
         const QMutexLocker locker(&registry().mutex);
-        for (XErrorScope *scope : qAsConst(registry().scopes)) {
-            if (scope->display() == display) {
-                scope->record(event->error_code);
-                return 0;
-            }
+        if (XErrorScope *scope = scopeOf(display, event->serial)) {
+            scope->record(event->error_code);
+            return 0;
         }
         previous = registry().previous;
     }
@@ -50,7 +63,8 @@ void uninstall() {
 
 } // namespace
 
-XErrorScope::XErrorScope(_XDisplay *display) : m_display(display) {
+XErrorScope::XErrorScope(_XDisplay *display)
+    : m_display(display), m_firstRequest(XNextRequest(display)) {
     const QMutexLocker locker(&registry().mutex);
     if (registry().scopes.isEmpty())
         install();
