@@ -53,7 +53,7 @@ bool hasSymbol(const _XkbDesc &map, unsigned char keycode) {
 } // namespace
 
 KeyTable::KeyTable(_XDisplay *display, const _XkbDesc &map, const QVector<unsigned char> &lent) {
-    addLineBreaks(display);
+    addLineBreaks(display, lent);
     const ModifierMap modifiers(XGetModifierMapping(display));
     if (!modifiers)
         return;
@@ -69,12 +69,12 @@ KeyTable::KeyTable(_XDisplay *display, const _XkbDesc &map, const QVector<unsign
     }
 }
 
-void KeyTable::addLineBreaks(_XDisplay *display) {
+void KeyTable::addLineBreaks(_XDisplay *display, const QVector<unsigned char> &lent) {
     // A new line is Shift+Return: a plain Return would send the form in many an application. It
     // takes the real key if there is one, since browsers know Return by its keycode, not its
     // symbol.
     KeyCode keycode = XKeysymToKeycode(display, XK_Return);
-    if (XkbKeycodeToKeysym(display, keycode, 0, 0) != XK_Return)
+    if (lent.contains(keycode) || XkbKeycodeToKeysym(display, keycode, 0, 0) != XK_Return)
         keycode = 0;
     for (const wchar_t lineBreak : {L'\n', L'\u00B6'})
         addKey({lineBreak, keycode, XK_Return, ShiftMask, keycode != 0});

@@ -32,7 +32,7 @@ public:
     const QVector<unsigned char> &unused() const { return m_unused; }
 
 private:
-    void addLineBreaks(_XDisplay *display);
+    void addLineBreaks(_XDisplay *display, const QVector<unsigned char> &lent);
     void addKeycode(const _XkbDesc &map, unsigned char keycode, unsigned int modifier);
     void addKey(const XKey &key);
 

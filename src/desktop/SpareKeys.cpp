@@ -119,19 +119,24 @@ SpareKeys::Lending SpareKeys::lend(const QVector<unsigned long> &keysyms, Replac
     return Lending::Lent;
 }
 
-unsigned char SpareKeys::lendWhole(unsigned long keysym, Replace replace) {
+unsigned char SpareKeys::findWhole(unsigned long keysym) const {
     const std::array<unsigned long, Levels> both{keysym, keysym};
+    const auto key = std::find_if(m_keys.begin(), m_keys.end(), [&both](const Key &candidate) {
+        return candidate.symbols == both;
+    });
+    return key != m_keys.end() ? key->keycode : 0;
+}
+
+unsigned char SpareKeys::lendWhole(unsigned long keysym, Replace replace) {
+    if (const unsigned char keycode = findWhole(keysym))
+        return keycode;
     auto key = std::find_if(m_keys.begin(), m_keys.end(),
-                            [&both](const Key &candidate) { return candidate.symbols == both; });
-    if (key != m_keys.end())
-        return key->keycode;
-    key = std::find_if(m_keys.begin(), m_keys.end(),
-                       [](const Key &candidate) { return !candidate.isLent(); });
+                            [](const Key &candidate) { return !candidate.isLent(); });
     if (key == m_keys.end() && replace == Replace::Yes)
         key = m_keys.begin();
     if (key == m_keys.end())
         return 0;
-    key->symbols = both;
+    key->symbols = {keysym, keysym};
     map(*key);
     leaveNote();
     return key->keycode;

@@ -46,6 +46,8 @@ public:
     };
     /// Gives each of these symbols, at most capacity(), a place.
     Lending lend(const QVector<unsigned long> &keysyms, Replace replace);
+    /// The keycode that is lent to this symbol alone; 0 if none is.
+    unsigned char findWhole(unsigned long keysym) const;
     /// Puts one symbol on a keycode of its own, whatever modifiers are held.
     /// @return its keycode; 0 if there is no room
     unsigned char lendWhole(unsigned long keysym, Replace replace);

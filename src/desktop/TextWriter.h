@@ -26,7 +26,8 @@ public:
 
     /// Makes the writer, for the display of this session.
     static void Init();
-    /// Waits at most three seconds for what has been handed over; the rest is lost and logged.
+    /// Waits at most two seconds for what has been handed over; the rest is lost and logged. The
+    /// typing may take another second and a half to end.
     static void Cleanup();
 
     /// Types a text, a line feed or a pilcrow as Shift+Return.

@@ -9,6 +9,7 @@
 
 #include <QDeadlineTimer>
 #include <QDebug>
+#include <QMutexLocker>
 #include <QSemaphore>
 #include <QSocketNotifier>
 #include <QThread>
@@ -34,6 +35,9 @@ constexpr int MostTriesToGiveBack = 30;
 constexpr int PausesToRead = 3;
 /// The server is grabbed for no more keys than these.
 constexpr int LongestPiece = 64;
+/// When others have changed the keyboard so many times in a row before what was lent could be used,
+/// the rest of the text goes without.
+constexpr int MostVainRounds = 20;
 
 struct ClientMapCloser {
     // Freeing the client map alone would leave the record that holds it.
@@ -46,9 +50,9 @@ int microseconds(int milliseconds) {
     return qBound(0, milliseconds, std::numeric_limits<int>::max() / Factor) * Factor;
 }
 
-void pause(int microsecondsToWait) {
-    if (microsecondsToWait > 0)
-        QThread::usleep(static_cast<unsigned long>(microsecondsToWait));
+/// A key that is to be pressed with modifiers must mean the same with and without them.
+bool takesWholeKeycode(const XKey &key) {
+    return !key.onKeyboard && key.state != 0;
 }
 
 } // namespace
@@ -115,12 +119,22 @@ void XTypist::typeLater(unsigned long window, const QString &text, const TypingF
                 return;
             if (!type(window, text)) {
                 qWarning("XTextWriter: Not typed to the end, characters: %d", text.size());
-                if (failure.receiver)
-                    QMetaObject::invokeMethod(failure.receiver, failure.tell, Qt::QueuedConnection);
+                tellFailure(failure);
             }
             m_waitingCharacters -= text.size();
         },
         Qt::QueuedConnection);
+}
+
+void XTypist::tellFailure(const TypingFailure &failure) {
+    const QMutexLocker locker(&m_telling);
+    if (failure.receiver && !m_isCancelled)
+        QMetaObject::invokeMethod(failure.receiver, failure.tell, Qt::QueuedConnection);
+}
+
+void XTypist::cancel() {
+    const QMutexLocker locker(&m_telling);
+    m_isCancelled = true;
 }
 
 void XTypist::pressLater(const HotKeyInfo &key) {
@@ -155,6 +169,8 @@ bool XTypist::type(unsigned long window, const QString &text) {
     XSync(m_display.get(), False);
     if (errors.errorCode() != 0)
         qInfo("XTextWriter: X error %d while typing", errors.errorCode());
+    if (target.untyped != 0)
+        qWarning("XTextWriter: No spare keycode, not typed, characters: %d", target.untyped);
     return errors.errorCode() == 0 && next == codePoints.constEnd();
 }
 
@@ -164,15 +180,16 @@ int XTypist::typePiece(Target *target, const uint *first, const uint *last) {
     {
         const ServerGrab grab(m_display.get());
         followKeyboard();
-        piece = nextPiece(first, last);
-        lending = m_spareKeys.lend(piece.lentSymbols, replaceable());
+        piece = nextPiece(*target, first, last);
+        lending = lend(piece);
         if (lending == SpareKeys::Lending::AllThere) {
             findPlaces(&piece);
             // Without pauses no change of the layouts can come between the table and the keys.
             if (m_symbolDelay == 0)
-                typeKeys(*target, piece.keys);
+                typeKeys(target, piece.keys);
         }
     }
+    countRound(target, piece, lending);
     if (lending == SpareKeys::Lending::NoRoom)
         makeRoom(target);
     else if (lending == SpareKeys::Lending::Lent)
@@ -180,18 +197,24 @@ int XTypist::typePiece(Target *target, const uint *first, const uint *last) {
     if (lending != SpareKeys::Lending::AllThere)
         return 0;
     if (m_symbolDelay != 0)
-        typeKeys(*target, piece.keys);
+        typeKeys(target, piece.keys);
     if (!piece.lentSymbols.isEmpty())
         noteReader(*target);
     return piece.keys.size();
 }
 
-XTypist::Piece XTypist::nextPiece(const uint *first, const uint *last) const {
+XTypist::Piece XTypist::nextPiece(const Target &target, const uint *first, const uint *last) const {
     const int longest = m_symbolDelay == 0 ? LongestPiece : 1;
+    const bool lends = m_spareKeys.capacity() > 0 && target.vainRounds < MostVainRounds;
     Piece piece;
     for (; first != last && piece.keys.size() < longest; ++first) {
         const XKey key = m_table.wchar2key(static_cast<wchar_t>(*first));
-        const bool isLent = !key.onKeyboard && key.keysym != NoSymbol && m_spareKeys.capacity() > 0;
+        const bool isLent = !key.onKeyboard && key.keysym != NoSymbol && lends;
+        if (isLent && takesWholeKeycode(key)) {
+            if (piece.keys.isEmpty())
+                piece = {{key}, {key.keysym}, true};
+            break;
+        }
         if (isLent && !piece.lentSymbols.contains(key.keysym)) {
             if (piece.lentSymbols.size() == m_spareKeys.capacity())
                 break;
@@ -202,40 +225,65 @@ XTypist::Piece XTypist::nextPiece(const uint *first, const uint *last) const {
     return piece;
 }
 
+SpareKeys::Lending XTypist::lend(const Piece &piece) {
+    if (!piece.isWhole)
+        return m_spareKeys.lend(piece.lentSymbols, replaceable());
+    const unsigned long keysym = piece.lentSymbols.constFirst();
+    if (m_spareKeys.findWhole(keysym) != 0)
+        return SpareKeys::Lending::AllThere;
+    return m_spareKeys.lendWhole(keysym, replaceable()) != 0 ? SpareKeys::Lending::Lent
+                                                             : SpareKeys::Lending::NoRoom;
+}
+
+void XTypist::countRound(Target *target, const Piece &piece, SpareKeys::Lending lending) const {
+    if (lending == SpareKeys::Lending::AllThere) {
+        if (!piece.lentSymbols.isEmpty())
+            target->vainRounds = 0;
+        return;
+    }
+    if (++target->vainRounds == MostVainRounds)
+        qWarning("XTextWriter: The keyboard changes all the time, no more keycodes are lent");
+}
+
 void XTypist::findPlaces(Piece *piece) const {
     for (XKey &key : piece->keys) {
-        if (key.onKeyboard)
+        if (!piece->lentSymbols.contains(key.keysym))
             continue;
-        if (const auto place = m_spareKeys.find(key.keysym)) {
+        if (piece->isWhole) {
+            key.keycode = m_spareKeys.findWhole(key.keysym);
+        } else if (const auto place = m_spareKeys.find(key.keysym)) {
             key.keycode = place->keycode;
             key.state = place->state;
         }
     }
 }
 
-void XTypist::typeKeys(const Target &target, const QVector<XKey> &keys) {
+void XTypist::typeKeys(Target *target, const QVector<XKey> &keys) {
     for (const XKey &key : keys) {
+        if (key.keycode == 0 && key.keysym != NoSymbol) {
+            // What was said must not get into the log letter by letter.
+            ++target->untyped;
+            continue;
+        }
         if (key.keycode == 0) {
             qInfo().noquote() << QStringLiteral("XTextWriter: Unknown char %1")
                                      .arg(static_cast<uint>(key.ch), 0, 16);
             continue;
         }
         for (const bool press : {true, false}) {
-            sendKey(target.root, target.window, 0, key, press);
+            sendKey(target->root, target->window, key, press);
             pause(m_symbolDelay);
         }
     }
 }
 
-void XTypist::sendKey(unsigned long root, unsigned long window, unsigned long subwindow,
-                      const XKey &key, bool press) {
+void XTypist::sendKey(unsigned long root, unsigned long window, const XKey &key, bool press) {
     XEvent event = {};
     XKeyEvent &keyEvent = event.xkey;
     keyEvent.type = press ? KeyPress : KeyRelease;
     keyEvent.display = m_display.get();
     keyEvent.window = window;
     keyEvent.root = root;
-    keyEvent.subwindow = subwindow;
     keyEvent.time = CurrentTime;
     keyEvent.x = keyEvent.y = keyEvent.x_root = keyEvent.y_root = 1;
     keyEvent.state = key.state;
@@ -304,7 +352,7 @@ std::optional<unsigned int> XTypist::keyOfLayouts(const HotKeyInfo &key) const {
 }
 
 XTypist::Target XTypist::targetOf(unsigned long root, unsigned long window) const {
-    return {root, window, m_ping.answering(window)};
+    return {root, window, m_ping.answering(window), 0, 0};
 }
 
 SpareKeys::Replace XTypist::replaceable() const {
@@ -353,12 +401,17 @@ bool XTypist::awaitReaders(int timeoutMs) {
 }
 
 bool XTypist::hasHadTime(const Reader &reader, int timeoutMs) const {
-    constexpr int Factor = 1000;
+    constexpr qint64 Factor = 1000;
     const qint64 needed = qint64(PausesToRead) * m_enterDelay / Factor;
     const qint64 left = needed - reader.sinceLastKey.elapsed();
-    if (left > 0)
-        QThread::msleep(static_cast<unsigned long>(qMin<qint64>(left, timeoutMs)));
-    return left <= timeoutMs;
+    pause(qMin<qint64>(left, timeoutMs) * Factor);
+    return left <= timeoutMs && !m_isCancelled;
+}
+
+void XTypist::pause(qint64 microseconds) const {
+    constexpr qint64 Slice = 50000;
+    for (qint64 left = microseconds; left > 0 && !m_isCancelled; left -= Slice)
+        QThread::usleep(static_cast<unsigned long>(qMin(left, Slice)));
 }
 
 void XTypist::giveBackSpareKeys() {

@@ -7,6 +7,7 @@
 #include "desktop/XDisplay.h"
 
 #include <QElapsedTimer>
+#include <QMutex>
 #include <QObject>
 #include <QTimer>
 
@@ -44,14 +45,17 @@ public:
     /// Of the texts that have not yet been typed to the end.
     int waitingCharacters() const { return m_waitingCharacters; }
     /// Ends what is being typed, soon and for good.
-    void cancel() { m_isCancelled = true; }
+    /// From its return on no receiver of a failure is told any more.
+    void cancel();
 
 private:
-    /// Where one text goes.
+    /// Where one text goes, and how that goes on.
     struct Target {
         unsigned long root;
         unsigned long window;
         unsigned long answering; ///< 0 if it cannot tell what it has read
+        int vainRounds = 0;      ///< that found no symbol lent yet, in a row
+        int untyped = 0;         ///< characters that have a symbol and got no keycode
     };
     /// Who may still have to read keys through spare keycodes.
     struct Reader {
@@ -63,15 +67,18 @@ private:
     struct Piece {
         QVector<XKey> keys;
         QVector<unsigned long> lentSymbols;
+        bool isWhole = false; ///< one key alone, which takes a whole spare keycode
     };
 
     bool type(unsigned long window, const QString &text);
     int typePiece(Target *target, const uint *first, const uint *last);
-    Piece nextPiece(const uint *first, const uint *last) const;
+    Piece nextPiece(const Target &target, const uint *first, const uint *last) const;
+    SpareKeys::Lending lend(const Piece &piece);
+    void countRound(Target *target, const Piece &piece, SpareKeys::Lending lending) const;
     void findPlaces(Piece *piece) const;
-    void typeKeys(const Target &target, const QVector<XKey> &keys);
-    void sendKey(unsigned long root, unsigned long window, unsigned long subwindow, const XKey &key,
-                 bool press);
+    void typeKeys(Target *target, const QVector<XKey> &keys);
+    void sendKey(unsigned long root, unsigned long window, const XKey &key, bool press);
+    void tellFailure(const TypingFailure &failure);
     bool press(const HotKeyInfo &key);
     unsigned int keycodeOf(const HotKeyInfo &key);
     std::optional<unsigned int> keyOfLayouts(const HotKeyInfo &key) const;
@@ -87,6 +94,7 @@ private:
     bool awaitReaders(int timeoutMs);
     bool hasHadTime(const Reader &reader, int timeoutMs) const;
     void giveBackSpareKeys();
+    void pause(qint64 microseconds) const;
 
     XDisplayPointer m_display;
     WindowPing m_ping;
@@ -97,6 +105,8 @@ private:
     QTimer m_giveBack;
     int m_triesToGiveBack = 0;
     std::atomic<bool> m_isCancelled{false};
+    /// Held while a receiver is told, so that none is told after the end of cancel().
+    QMutex m_telling;
     std::atomic<int> m_waitingCharacters{0};
     /// Microseconds, 0 for none.
     int m_symbolDelay;
