@@ -76,7 +76,7 @@ private slots:
         TextWriter::Init();
         KeyReceiver receiver;
         const QString text =
-            isDuring ? QString("Съешь ещё, Hello!\n").repeated(300) : QString("Ещё Hello «№ é»\n");
+            isDuring ? QString("Съешь ещё, Hello!\n").repeated(1500) : QString("Ещё Hello «№ é»\n");
         if (isDuring)
             QVERIFY(TextWriter::WriteText(receiver.window(), text));
         QVERIFY(!isDuring || receiver.waitForLength(1, patienceMs));
