@@ -49,10 +49,6 @@ void AudioDeviceManagerBase::OnDeviceStateChanged(QAudio::State state) {
         emit DeviceStopped();
 }
 
-QString AudioDeviceManagerBase::WantedName() const {
-    return m_wantedName.isEmpty() ? m_currentDevice.deviceName() : m_wantedName;
-}
-
 void AudioDeviceManagerBase::set_IsTrackChanges(bool isTrackChanges) {
     if (m_isTrackChanges == isTrackChanges)
         return;
@@ -94,6 +90,7 @@ void AudioDeviceManagerBase::audiolistmanager_DeiceListChanged() {
 
 void AudioDeviceManagerBase::TakeOverFirstList(const QList<ExtAudioDeviceInfo> &newList) {
     m_isListKnown = true;
+    m_sinceStart.start();
     m_deviceList = newList;
     SwitchTo(qMax(0, IndexOfName(m_wantedName)));
     emit DeviceListChanged();
@@ -101,11 +98,14 @@ void AudioDeviceManagerBase::TakeOverFirstList(const QList<ExtAudioDeviceInfo> &
 }
 
 void AudioDeviceManagerBase::TakeOverList(const QList<ExtAudioDeviceInfo> &newList) {
+    if (m_deviceList.isEmpty())
+        m_sinceStart.start();
     const int added = indexOfAdded(newList, m_deviceList, m_wantedName);
     m_deviceList = newList;
     const int current = m_deviceList.indexOf(m_currentDevice);
     const int wanted = IndexOfName(m_wantedName);
-    const bool isFollowing = m_isTrackChanges && added >= 0;
+    const bool isPlugged = added >= 0 && m_sinceStart.elapsed() >= m_startLimitMs;
+    const bool isFollowing = m_isTrackChanges && isPlugged;
     // One that only stands in for the wanted device gives way to it.
     const int next = isFollowing ? added : wanted >= 0 ? wanted : current >= 0 ? current : added;
     const bool isSwitched = next < 0 || next != current;

@@ -3,6 +3,7 @@
 #include "audio/ExtAudioDeviceInfo.h"
 
 #include <QAudio>
+#include <QElapsedTimer>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -13,8 +14,9 @@ class SoundStream;
 /// Keeps one audio device selected while devices come and go, and has a stream keep it open.
 ///
 /// The wanted device is the one that the user chose. While it is not plugged, another one takes its
-/// place, until it comes back. Lives on the main thread, all of it, and never waits for the sound
-/// server: what it asks of the stream is done on the thread of the sound.
+/// place, until it comes back. What appears soon after there was nothing belongs to a server that
+/// starts, and is not newly plugged. Lives on the main thread, all of it, and never waits for the
+/// sound server: what it asks of the stream is done on the thread of the sound.
 class AudioDeviceManagerBase : public QObject {
     Q_OBJECT
 
@@ -30,9 +32,8 @@ public:
     QList<ExtAudioDeviceInfo> DeviceList() const { return m_deviceList; }
     /// A null device if none is selected.
     ExtAudioDeviceInfo CurrentDevice() const { return m_currentDevice; }
-    /// The sound server's name for the device that the user chose; the current one's if he never
-    /// did.
-    QString WantedName() const;
+    /// The sound server's name for the device that the user chose; empty if he never did.
+    QString WantedName() const { return m_wantedName; }
     /// Position of the current device in the list, -1 if none is selected.
     int SelectedIndex() const { return m_selectedIndex; }
     /// Selects the entry, as the user does; an index out of range selects nothing.
@@ -40,9 +41,11 @@ public:
     /// Whether a newly plugged device becomes the current one.
     bool IsTrackChanges() const { return m_isTrackChanges; }
     void set_IsTrackChanges(bool isTrackChanges);
+    /// How long a server that starts may take to list all its devices, in milliseconds.
+    void set_StartLimit(int limitMs) { m_startLimitMs = limitMs; }
 
     /// Wants the device of this name, and selects it or, while there is none, the first of all.
-    /// Before the first list the name is only kept for it.
+    /// Before the first list the name is only kept for it. An empty name wants none in particular.
     void SelectDevice(const QString &name);
 
 public slots:
@@ -81,4 +84,7 @@ private:
     bool m_isTrackChanges = false;
     bool m_isListKnown = false;
     QString m_wantedName;
+    /// Since the first list, or the first with a device after an empty one.
+    QElapsedTimer m_sinceStart;
+    int m_startLimitMs = 5000;
 };

@@ -24,7 +24,7 @@ public:
 
     /// Takes gain, tracking and the wanted device from the settings file.
     void LoadSettings();
-    /// Stores the same three.
+    /// Stores the same three; the device only if the user has chosen one.
     void SaveSettings();
 
     /// Input volume in percent; 0 until the settings are loaded.

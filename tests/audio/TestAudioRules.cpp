@@ -138,6 +138,7 @@ private slots:
         device.SelectDevice(wanted);
         QVERIFY(device.log.isEmpty());
         device.set_IsTrackChanges(tracking);
+        device.set_StartLimit(0);
         if (!before.isNull()) {
             list.plug(before);
             QTRY_COMPARE(device.log.value(device.log.size() - 1), "index");
@@ -152,6 +153,19 @@ private slots:
         // A plugged device that was switched to is the one to come back to.
         if (happened.endsWith("notify") && after.size() > before.size())
             QCOMPARE(device.WantedName(), device.CurrentDevice().deviceName());
+    }
+
+    void startingServerPlugsNothing() {
+        ScriptedList list;
+        ScriptedDevice device(&list);
+        device.SelectDevice("b");
+        device.set_IsTrackChanges(true);
+        for (const char *names : {"a", "a b", "", "a", "a b", "c a b"}) {
+            list.plug(names);
+            QTRY_COMPARE(ScriptedList::namesOf(device.DeviceList()), names);
+        }
+        QCOMPARE(device.CurrentDevice().deviceName(), "b");
+        QCOMPARE(device.WantedName(), "b");
     }
 
     void selects_data() {

@@ -108,7 +108,9 @@ private slots:
         QVERIFY(recorder.hears());
         QProcess *speaker = desk().speak(SineWave(440, 8000, 10).save(desk().folder() + "/a.wav"));
         // 8000 sin is 5093 in the mean, so a whole block sums up to log10(5093) / 4.5154 = 82
-        // percent.
+        // percent; with PipeWire it is 85, whose one channel out of two is louder by the root of
+        // two.
+        QTRY_VERIFY(recording()->CurrentLevel() > 80 && recording()->CurrentLevel() < 87);
         QTRY_VERIFY(recording()->CurrentLevel() > 80 && recording()->CurrentLevel() < 84);
         recorder.blocks.clear();
         QTRY_VERIFY_WITH_TIMEOUT(recorder.blocks.size() >= 5, patienceMs);
@@ -166,9 +168,10 @@ private slots:
         recording()->set_Gain(70);
         recording()->set_IsTrackChanges(true);
         recording()->SaveSettings();
-        QCOMPARE(RecordingDeviceSettings().Name.get(), "mic");
+        QVERIFY2(RecordingDeviceSettings().Name.get().isEmpty(), "nobody has chosen the first one");
         QCOMPARE(RecordingDeviceSettings().Gain.get(), 70);
         QCOMPARE(RecordingDeviceSettings().TrackChanges.get(), true);
+        recording()->SelectDevice("mic");
         recording()->set_SelectedIndex(-1);
         recording()->SaveSettings();
         QCOMPARE(RecordingDeviceSettings().Name.get(), "mic");
