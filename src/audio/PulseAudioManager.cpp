@@ -41,6 +41,11 @@ PulseAudioManager::PulseAudioManager(QObject *parent)
 
 PulseAudioManager::~PulseAudioManager() {
     Stop();
+    if (m_thread)
+        return;
+    // The thread that was left behind may still bring them news.
+    [[maybe_unused]] const auto *recording = m_recordingDevice.release();
+    [[maybe_unused]] const auto *playback = m_playbackDevice.release();
 }
 
 void PulseAudioManager::Start() {

@@ -24,7 +24,8 @@ public:
 
     /// Loads the settings of the devices and connects to the sound server.
     void Start();
-    /// Closes the devices and ends the thread; may be called again.
+    /// Closes the devices and ends the thread; may be called again. A thread that does not end is
+    /// left behind, with all that it may touch.
     void Stop();
 
     AudioListManager *InputListManager() const { return m_inputListManager; }
