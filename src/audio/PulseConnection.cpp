@@ -93,24 +93,12 @@ void PulseConnection::Subscribe() {
 }
 
 void PulseConnection::OnEvent(bool isDevice, int event, uint32_t index) {
-    if (!isDevice) {
-        if (event == PA_SUBSCRIPTION_EVENT_CHANGE)
-            emit streamChanged(index);
-        return;
-    }
-    switch (event) {
-    case PA_SUBSCRIPTION_EVENT_NEW:
+    if (!isDevice && event == PA_SUBSCRIPTION_EVENT_CHANGE)
+        emit streamChanged(index);
+    else if (isDevice && event == PA_SUBSCRIPTION_EVENT_NEW)
         emit deviceAdded(index);
-        break;
-    case PA_SUBSCRIPTION_EVENT_CHANGE:
-        emit deviceChanged(index);
-        break;
-    case PA_SUBSCRIPTION_EVENT_REMOVE:
+    else if (isDevice && event == PA_SUBSCRIPTION_EVENT_REMOVE)
         emit deviceRemoved(index);
-        break;
-    default:
-        break;
-    }
 }
 
 void PulseConnection::GiveUp() {

@@ -52,7 +52,6 @@ signals:
     void unreachable();
     void deviceAdded(uint32_t index);
     void deviceRemoved(uint32_t index);
-    void deviceChanged(uint32_t index);
     /// Something about a stream has changed, its volume perhaps.
     void streamChanged(uint32_t index);
 
