@@ -15,8 +15,6 @@ WebSocketClient::WebSocketClient(QObject *parent)
       m_connectTimer(new QTimer(this)),
       m_messageProcessor(new DataMessageProcessor(this)),
       m_cookiesSource(std::make_unique<CookiesSource>()) {
-    m_connectTimer->setInterval(m_connectTimeoutMs);
-
     connect(socket(), &QWebSocket::binaryMessageReceived, m_messageProcessor,
             &DataMessageProcessor::onBinaryMessageReceived);
     connect(socket(), &QWebSocket::textMessageReceived, m_messageProcessor,
@@ -31,10 +29,11 @@ WebSocketClient::WebSocketClient(QObject *parent)
     connect(socket(), &QWebSocket::disconnected, this, [this] { m_hasEnded = true; });
     connect(m_connectTimer, &QTimer::timeout, this, &WebSocketClient::onConnectTimeout);
     // Behind the base's own connection, so the socket has been asked to close by now. One that
-    // still has unsent bytes waits for a peer that may never read them.
+    // still has unsent bytes waits for a peer that may never read them; whoever ends the connection
+    // waits for that, on the main thread perhaps.
     connect(this, &WebSocketConnection::close, this, [this] {
         if (socket()->state() != QAbstractSocket::UnconnectedState)
-            m_connectTimer->start();
+            m_connectTimer->start(m_closeTimeoutMs);
     });
     connect(socket(), &QWebSocket::pong, this, &WebSocketClient::onPong);
 }
@@ -78,7 +77,7 @@ void WebSocketClient::onConnectTimeout() {
 
 void WebSocketClient::onStartTimer() {
     qInfo() << "Websocket client timer start";
-    m_connectTimer->start();
+    m_connectTimer->start(m_connectTimeoutMs);
 }
 
 void WebSocketClient::onPing() {

@@ -52,6 +52,8 @@ private:
     bool m_hasEnded = false;
     QTimer *m_connectTimer;
     const int m_connectTimeoutMs = 3000;
+    /// For a peer that is there and reads, whatever is unsent.
+    const int m_closeTimeoutMs = 300;
     DataMessageProcessor *m_messageProcessor;
     std::unique_ptr<CookiesSource> m_cookiesSource;
 };

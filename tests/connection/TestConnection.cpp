@@ -397,7 +397,7 @@ private slots:
         emit client.close();
         QVERIFY2(disconnected.wait(8000),
                  "a peer that reads nothing does not hold the socket open");
-        QVERIFY(timer.elapsed() < 5000);
+        QVERIFY(timer.elapsed() < 2000);
         stand.resume();
     }
 
