@@ -16,12 +16,14 @@ SessionNotices::SessionNotices(const DesktopSession &session, SystemTray *tray)
 SessionNotices::~SessionNotices() = default;
 
 void SessionNotices::tellLimits() {
-    if (!m_isWayland)
-        return;
-    warn(tr("Сеанс Wayland"),
-         tr("Программа печатает только в окна X11 (XWayland), а клавиши видит, лишь пока такое "
-            "окно активно. Чтобы диктовать в любые окна, выберите на экране входа сеанс X11 "
-            "(Xorg)."));
+    if (m_isWayland)
+        warn(tr("Сеанс Wayland"), waylandLimits());
+}
+
+QString SessionNotices::waylandLimits() {
+    return tr("Программа печатает только в окна X11 (XWayland), а клавиши видит, лишь пока такое "
+              "окно активно. Чтобы диктовать в любые окна, выберите на экране входа сеанс X11 "
+              "(Xorg).");
 }
 
 void SessionNotices::tellTakenPort(int port, const QString &key) {
@@ -39,8 +41,10 @@ void SessionNotices::tellMissingTray() {
            "GNOME для этого нужно расширение AppIndicator.");
     StartProblem::tellConsole(text);
     qWarning() << "The session has no system tray";
+    // Its balloon waits for the tray.
+    const QString limits = m_isWayland ? QStringLiteral("\n\n") + waylandLimits() : QString();
     m_trayNotice = std::make_unique<QMessageBox>(
-        QMessageBox::Warning, tr("Нет области уведомлений"), text, QMessageBox::Ok);
+        QMessageBox::Warning, tr("Нет области уведомлений"), text + limits, QMessageBox::Ok);
     // The focus is where the user dictates to.
     m_trayNotice->setAttribute(Qt::WA_ShowWithoutActivating);
     m_trayNotice->setModal(false);
@@ -49,6 +53,7 @@ void SessionNotices::tellMissingTray() {
 }
 
 void SessionNotices::warn(const QString &title, const QString &message) {
+    StartProblem::tellConsole(title + QStringLiteral(": ") + message);
     UserNotification notification(NotificationType::Warning, title, message);
     notification.setForce(true);
     emit notifyUser(notification);

@@ -31,7 +31,9 @@ signals:
     void notifyUser(const UserNotification &notification);
 
 private:
+    static QString waylandLimits();
     void tellMissingTray();
+    /// On the console as well: the tray may come late or never.
     void warn(const QString &title, const QString &message);
 
     const bool m_isWayland;

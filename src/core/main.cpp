@@ -3,6 +3,7 @@
 #include "core/UnhandledException.h"
 #include "core/WindowsManager.h"
 #include "core/settings/Settings.h"
+#include "desktop/XDisplay.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -10,6 +11,7 @@
 #include <memory>
 
 int main(int argc, char **argv) {
+    prepareXlibForThreads();
     keepMemoryPrivate();
     set_unhandled_catcher();
     const QString version = AppVariables::buildProperty("Version") + QStringLiteral(" (Linux)");

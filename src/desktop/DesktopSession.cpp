@@ -8,23 +8,25 @@ namespace {
 
 constexpr const char *platformVariable = "QT_QPA_PLATFORM";
 
-/// The user, or a test, has chosen what Qt shows windows by.
-bool isPlatformChosen(int argc, char **argv) {
+bool hasPlatformOption(int argc, char **argv) {
     const auto isOption = [](const char *argument) {
         return qstrcmp(argument, "-platform") == 0 || qstrcmp(argument, "--platform") == 0;
     };
-    return !qEnvironmentVariableIsEmpty(platformVariable) ||
-           std::any_of(argv, argv + argc, isOption);
+    return std::any_of(argv, argv + argc, isOption);
 }
 
 } // namespace
 
 DesktopSession::DesktopSession(int argc, char **argv)
-    : m_isWayland(qgetenv("XDG_SESSION_TYPE") == "wayland") {
-    if (isPlatformChosen(argc, argv)) {
-        if (!qgetenv(platformVariable).startsWith("xcb"))
-            return;
-    } else if (m_isWayland) {
+    : m_isWayland(qgetenv("XDG_SESSION_TYPE") == "wayland"),
+      m_formerPlatform(qgetenv(platformVariable)) {
+    const bool isForWayland = m_formerPlatform.startsWith("wayland");
+    // Whoever has chosen a platform without a screen, a test perhaps, knows why. A desktop that
+    // wants its programs to run on Wayland does not know this one.
+    if (hasPlatformOption(argc, argv) ||
+        (!m_formerPlatform.isEmpty() && !isForWayland && !m_formerPlatform.startsWith("xcb")))
+        return;
+    if (isForWayland || (m_isWayland && m_formerPlatform.isEmpty())) {
         qputenv(platformVariable, "xcb");
         m_hasSetPlatform = true;
     }
@@ -43,12 +45,16 @@ QString DesktopSession::findProblem() const {
                   "графического сеанса X11.");
     }
     return tr("Не удалось подключиться к экрану «%1», который задан в переменной DISPLAY. "
-              "Проверьте, что этот X-сервер работает и что доступ к нему разрешён (файл "
-              "XAUTHORITY), или запустите программу из графического сеанса.")
+              "Проверьте, что этот X-сервер работает и что доступ к нему разрешён "
+              "(переменная XAUTHORITY), или запустите программу из графического сеанса.")
         .arg(display);
 }
 
 void DesktopSession::leaveEnvironment() const {
-    if (m_hasSetPlatform)
+    if (!m_hasSetPlatform)
+        return;
+    if (m_formerPlatform.isNull())
         qunsetenv(platformVariable);
+    else
+        qputenv(platformVariable, m_formerPlatform);
 }

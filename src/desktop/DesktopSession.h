@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QString>
 
@@ -24,6 +25,7 @@ private:
     QString findProblem() const;
 
     const bool m_isWayland;
+    const QByteArray m_formerPlatform; ///< null if none was set
     bool m_hasSetPlatform = false;
     QString m_problem;
 };

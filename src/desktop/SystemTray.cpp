@@ -9,8 +9,8 @@
 #include <QIcon>
 #include <QMenu>
 
+#include <algorithm>
 #include <chrono>
-#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -24,6 +24,8 @@ SystemTray::SystemTray(QObject *parent)
     m_delay.setInterval(1000ms);
     m_delay.setSingleShot(true);
     connect(&m_delay, &QTimer::timeout, this, &SystemTray::DelayShow);
+    m_keptDelay.setSingleShot(true);
+    connect(&m_keptDelay, &QTimer::timeout, this, &SystemTray::showNextKept);
     DelayShow();
 }
 
@@ -38,7 +40,7 @@ void SystemTray::DelayShow() {
         m_trayIcon->setVisible(true);
         emit found();
         // The tray takes the icon in its own time, and a message points at it.
-        QTimer::singleShot(1000ms, this, &SystemTray::showKeptFailure);
+        m_keptDelay.start(1000ms);
         return;
     }
     if (m_waits == 0)
@@ -95,10 +97,7 @@ void SystemTray::addOtherEntries() {
 
 void SystemTray::showMessage(const QString &title, const QString &text,
                              QSystemTrayIcon::MessageIcon icon) {
-    // The icon of a tray that has gone away still counts as visible; its message would point to a
-    // corner of the screen.
-    if (QSystemTrayIcon::isSystemTrayAvailable())
-        m_trayIcon->showMessage(title, text, icon, m_messageDuration);
+    showOrKeep({title, text, icon, false});
 }
 
 void SystemTray::showError(QString &error) {
@@ -125,7 +124,7 @@ void SystemTray::onConnectionStateChanged(const ConnectionStateInfo &stateInfo) 
             tr("%1\nСервер %2\nБалансер %3")
                 .arg(m_appName, stateInfo.serverHost(), stateInfo.balancerHost()));
         m_errorShown = false;
-        m_keptFailure.clear();
+        dropKeptFailure();
     } else if (isApart) {
         m_trayIcon->setToolTip(
             tr("%1\nОтключен от сервера\nБалансер %2").arg(m_appName, stateInfo.balancerHost()));
@@ -146,16 +145,44 @@ void SystemTray::showConnectEntry(bool isVisible) {
 void SystemTray::showFailure(const QString &message) {
     if (m_errorShown)
         return;
+    // Of a row of failures the last one tells how things are.
+    dropKeptFailure();
+    showOrKeep({QString(), message, QSystemTrayIcon::Critical, true});
+}
+
+void SystemTray::showOrKeep(const Message &message) {
+    // The icon of a tray that has gone away still counts as visible; its message would point to a
+    // corner of the screen.
+    const bool hasTray = QSystemTrayIcon::isSystemTrayAvailable();
+    if (hasTray && m_kept.isEmpty()) {
+        show(message);
+        return;
+    }
+    m_kept.append(message);
+    if (m_kept.size() > m_maximumKept)
+        m_kept.removeFirst();
+    if (!hasTray)
+        m_delay.start();
+}
+
+void SystemTray::show(const Message &message) {
+    m_trayIcon->showMessage(message.title, message.text, message.icon, m_messageDuration);
+    m_errorShown = m_errorShown || message.isFailure;
+}
+
+void SystemTray::showNextKept() {
+    if (m_kept.isEmpty())
+        return;
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
-        m_keptFailure = message;
         m_delay.start();
         return;
     }
-    showMessage(QString(), message, QSystemTrayIcon::Critical);
-    m_errorShown = true;
+    show(m_kept.takeFirst());
+    // A message takes the place of the one before it.
+    m_keptDelay.start(m_messageDuration);
 }
 
-void SystemTray::showKeptFailure() {
-    if (!m_keptFailure.isEmpty())
-        showFailure(std::exchange(m_keptFailure, QString()));
+void SystemTray::dropKeptFailure() {
+    const auto isFailure = [](const Message &message) { return message.isFailure; };
+    m_kept.erase(std::remove_if(m_kept.begin(), m_kept.end(), isFailure), m_kept.end());
 }

@@ -2,6 +2,7 @@
 
 #include "connection/ConnectionStateInfo.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QSystemTrayIcon>
@@ -26,7 +27,8 @@ public:
 
     /// The icon itself; owned by this object.
     QSystemTrayIcon *trayIcon() const { return m_trayIcon.get(); }
-    /// Shows a message at the icon for messageDuration; nothing while the session has no tray.
+    /// Shows a message at the icon for messageDuration. While the session has no tray it is kept,
+    /// the last ten at most, and they are shown one after another as soon as there is one.
     void showMessage(const QString &title, const QString &text, QSystemTrayIcon::MessageIcon icon);
 
 public slots:
@@ -34,8 +36,8 @@ public slots:
     void showError(QString &error);
     void onConnectionStateChanged(const ConnectionStateInfo &stateInfo);
     void onRecognitionParametersChanged(bool canEditAvocado);
-    /// Shows the icon, and the failure that was kept; or tries again each second until the session
-    /// has a tray.
+    /// Shows the icon, and the messages that were kept; or tries again each second until the
+    /// session has a tray.
     void DelayShow();
 
 signals:
@@ -54,6 +56,13 @@ signals:
     void found();
 
 private:
+    struct Message {
+        QString title;
+        QString text;
+        QSystemTrayIcon::MessageIcon icon;
+        bool isFailure; ///< of the connection
+    };
+
     void CreateMenu();
     void ApplyMenuStyle(QMenu *menu) const;
     void addConnectEntries();
@@ -61,10 +70,14 @@ private:
     void addOtherEntries();
     void showConnectEntry(bool isVisible);
     void showFailure(const QString &message);
-    void showKeptFailure();
+    void showOrKeep(const Message &message);
+    void show(const Message &message);
+    void showNextKept();
+    void dropKeptFailure();
 
     const int m_messageDuration = 4000; ///< milliseconds
     const int m_patience = 11;          ///< looks for a tray, one a second
+    const int m_maximumKept = 10;       ///< messages
     const QString m_menuStyleSheet = QStringLiteral(":/qss/menuStyle.qss");
     const QString m_warningIconPath = QStringLiteral(":/replaceable/warning_icon.ico");
     const QString m_defaultIconPath = QStringLiteral(":/replaceable/default_icon.ico");
@@ -84,7 +97,8 @@ private:
     int m_waits = 0;
     /// The failure of the connection has been shown, and none has stood since.
     bool m_errorShown = false;
-    /// The failure that is to be shown when there is a tray; empty for none.
-    QString m_keptFailure;
+    /// What waits for the tray, or for the message before it to go; one failure at most.
+    QList<Message> m_kept;
+    QTimer m_keptDelay;
     QTimer m_delay;
 };

@@ -21,6 +21,10 @@ void XDisplayCloser::operator()(_XDisplay *display) const {
     XCloseDisplay(display);
 }
 
+void prepareXlibForThreads() {
+    XInitThreads();
+}
+
 XDisplayPointer openDisplay() {
     return XDisplayPointer(XOpenDisplay(nullptr));
 }

@@ -13,6 +13,10 @@ struct XDisplayCloser {
 /// is used by one thread at a time.
 using XDisplayPointer = std::unique_ptr<_XDisplay, XDisplayCloser>;
 
+/// Lets several threads use Xlib, each on a connection of its own. To be called before anything of
+/// Xlib's; its later versions need no such word.
+void prepareXlibForThreads();
+
 /// Connects to the server that DISPLAY names.
 /// @return null if there is none
 XDisplayPointer openDisplay();

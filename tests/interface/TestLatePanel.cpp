@@ -13,31 +13,32 @@ private slots:
     void showsTheIconLateAndAgain() {
         SystemTray tray(nullptr);
         QVERIFY(!tray.trayIcon()->isVisible());
-        QString error = "Нет соединения";
         ConnectionStateInfo news;
         for (VirtualDesk::Edge edge : {VirtualDesk::Edge::Top, VirtualDesk::Edge::Bottom}) {
             news.setState(int(ConnectionState::Ready));
             tray.onConnectionStateChanged(news);
             news.setState(int(ConnectionState::Failed));
+            QString error = "1";
+            tray.showError(error);
             for (const char *message : {"Серверов нет", "Сервер не отвечает"}) {
                 news.setMessage(message);
                 tray.onConnectionStateChanged(news);
             }
-            tray.showError(error);
+            for (int i = 2; i <= 10; ++i)
+                tray.showError(error.setNum(i));
             QVERIFY(!TrayEyes::balloon());
             desk().startTray(edge);
             QTRY_VERIFY(TrayEyes::iconIsShown());
-            QTRY_VERIFY2(TrayEyes::balloon(), "the failure is told when there is a tray");
+            QTRY_VERIFY2(TrayEyes::balloon(), "the last ten are told when there is a tray");
             QCOMPARE(TrayEyes::balloonText(), "Сервер не отвечает");
             const int height = QGuiApplication::primaryScreen()->geometry().height();
             QCOMPARE(TrayEyes::balloon()->geometry().center().y() < height / 2,
                      edge == VirtualDesk::Edge::Top);
-            tray.showError(error);
-            QCOMPARE(TrayEyes::balloonText(), "error\nНет соединения");
-            TrayEyes::balloon()->close();
+            QTRY_COMPARE_WITH_TIMEOUT(TrayEyes::balloonText(), "error\n2", patienceMs);
             desk().stopTray();
             QTRY_VERIFY(!TrayEyes::iconIsShown());
             QTRY_VERIFY(!QSystemTrayIcon::isSystemTrayAvailable());
+            QTRY_VERIFY_WITH_TIMEOUT(!TrayEyes::balloon(), patienceMs);
         }
     }
 };
