@@ -43,7 +43,11 @@ auto RestClient::run(const QString &url, Method httpMethod, const QByteArray &da
 QJsonObject RestClient::execute(const QString &url, Method httpMethod, const QByteArray &data,
                                 const ParameterDictionary &parameters) {
     const QJsonObject result = run<RestJsonWorker>(url, httpMethod, data, parameters);
-    qInfo().noquote() << QJsonDocument(result).toJson(QJsonDocument::Indented);
+    const QByteArray text = QJsonDocument(result).toJson(QJsonDocument::Indented);
+    // What the answer holds may be the user's own.
+    qInfo().noquote() << "REST ANSWER" << url.section(QLatin1Char('?'), 0, 0) << "-" << text.size()
+                      << "bytes";
+    qDebug().noquote() << text;
     return result;
 }
 

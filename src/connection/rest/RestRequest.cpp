@@ -74,7 +74,11 @@ void onSsslError(const QList<QSslError> &errors) {
 }
 
 QString debugTextOf(const QNetworkReply *reply) {
-    return QStringLiteral("Код: %1\nОшибка: %2").arg(reply->error()).arg(reply->errorString());
+    // Qt's text may hold the whole address, and what was asked for stands in its query.
+    const QUrl url = reply->url();
+    const QString error =
+        reply->errorString().replace(url.toString(), url.toString(QUrl::RemoveQuery));
+    return QStringLiteral("Код: %1\nОшибка: %2").arg(reply->error()).arg(error);
 }
 
 QJsonObject createErrorResult(const QString &text, const QString &debugText) {

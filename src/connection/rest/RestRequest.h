@@ -29,7 +29,7 @@ QNetworkReply *sendRequest(QNetworkAccessManager *manager, const QNetworkRequest
 /// Only logs: whether an error ends the request is decided by the verify mode.
 void onSsslError(const QList<QSslError> &errors);
 
-/// The text for the log and for support: number and text of the reply's error.
+/// The text for the log and for support: number and text of the reply's error, without the query.
 QString debugTextOf(const QNetworkReply *reply);
 
 /// The error object that every consumer of a REST result expects.
