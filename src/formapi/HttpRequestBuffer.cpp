@@ -14,6 +14,13 @@ bool hasControlCharacter(const QByteArray &line) {
     });
 }
 
+/// Some servers cut blanks off a name, or join a line that begins with one to the line before it.
+bool isHeaderName(const QByteArray &name) {
+    return !name.isEmpty() && std::all_of(name.begin(), name.end(), [](char character) {
+        return character > ' ' && character < '\x7F';
+    });
+}
+
 } // namespace
 
 void HttpRequestBuffer::append(const QByteArray &piece) {
@@ -32,14 +39,16 @@ bool HttpRequestBuffer::isComplete() const {
 
 void HttpRequestBuffer::findBody() {
     while (!m_hasHead && !m_isMalformed) {
-        const int lineEnd = m_bytes.indexOf('\n', m_lineStart);
-        if (lineEnd < 0)
+        const int lineEnd = m_bytes.indexOf('\n', m_searchStart);
+        if (lineEnd < 0) {
+            m_searchStart = m_bytes.size();
             return;
+        }
         QByteArray line = m_bytes.mid(m_lineStart, lineEnd - m_lineStart);
         if (line.endsWith('\r'))
             line.chop(1);
         const bool isRequestLine = m_lineStart == 0;
-        m_lineStart = lineEnd + 1;
+        m_lineStart = m_searchStart = lineEnd + 1;
         const int colon = line.indexOf(':');
         if (isRequestLine)
             takeRequestLine(line);
@@ -59,8 +68,7 @@ void HttpRequestBuffer::takeRequestLine(const QByteArray &line) {
 void HttpRequestBuffer::takeHeader(const QByteArray &line, int colon) {
     const QByteArray name = line.left(colon).toLower();
     const QByteArray value = line.mid(colon + 1).trimmed();
-    // A blank in a name, or before it, joins two lines for some servers.
-    if (name.isEmpty() || name.contains(' ') || hasControlCharacter(line)) {
+    if (!isHeaderName(name) || hasControlCharacter(line)) {
         m_isMalformed = true;
     } else if (name == "content-length") {
         takeLength(value);

@@ -47,6 +47,8 @@ private:
     QByteArray m_bytes;
     /// Where the line begins that has not been looked at yet.
     int m_lineStart = 0;
+    /// Where the search for its end goes on.
+    int m_searchStart = 0;
     bool m_hasHead = false;
     bool m_isMalformed = false;
     bool m_isContinueExpected = false;

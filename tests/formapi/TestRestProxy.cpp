@@ -230,6 +230,8 @@ private slots:
         of("a carriage return in a header", get + "localhost\r\nX: 1\rY: 2\r\n\r\n", 400);
         of("a zero in a header", get + QByteArray("localhost\r\nX: \0\r\n\r\n", 19), 400);
         of("a blank before the colon", get + "localhost\r\nX : 1\r\n\r\n", 400);
+        of("a tab before the colon", get + "localhost\r\nTransfer-Encoding\t: chunked\r\n\r\n",
+           400);
         const QByteArray post = "POST /a HTTP/1.1\r\nHost: localhost\r\nContent-Length: ";
         of("too long a body", post + "41943041\r\n\r\n" + QByteArray((40 << 20) + 1, 'x'), 413);
         of("the longest body, cut", post + "41943040\r\n\r\n{", 408);
