@@ -4,6 +4,8 @@
 #include "diagnostics/UserInformation.h"
 
 #include <QDebug>
+#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -38,6 +40,9 @@ void GeneralSystemInformationManager::CollectSystemInformation(const QString &ar
 void GeneralSystemInformationManager::CompressDirectory(const QString &archivePath,
                                                         const QString &folder) {
     constexpr int timeoutMs = 30000;
+    // A file that is there keeps its rights when it is written over.
+    if (QFileInfo(archivePath).isFile() && !QFile::remove(archivePath))
+        QFile::setPermissions(archivePath, QFile::ReadOwner | QFile::WriteOwner);
     PrivateProcess tar;
     tar.start(QStringLiteral("tar"), {QStringLiteral("-C"), folder, QStringLiteral("-zcvf"),
                                       archivePath, QStringLiteral(".")});

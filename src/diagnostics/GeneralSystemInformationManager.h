@@ -11,8 +11,8 @@ class GeneralSystemInformationManager {
 public:
     GeneralSystemInformationManager();
 
-    /// Writes a gzip-compressed tar archive, over an existing file. Failures are not reported: what
-    /// cannot be had is not in the archive.
+    /// Writes a gzip-compressed tar archive that its owner alone can read, in place of an existing
+    /// file. Failures are not reported: what cannot be had is not in the archive.
     void CollectSystemInformation(const QString &archivePath);
 
 private:
