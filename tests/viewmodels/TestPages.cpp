@@ -267,6 +267,9 @@ void TestPages::voiceIsChosen() {
     QTEST(page.property("SelectedVoiceIndex").toInt(), "index");
     QCOMPARE(page.property("ErrorMessage").toString(),
              QString(state == 1 ? "Ошибка инициализации TTS" : ""));
+    const QSignalSpy changed(&page, &SynthesisSettingsViewModel::changed_IsTtsEnabled);
+    QVERIFY(page.setProperty("IsTtsEnabled", true));
+    QCOMPARE(changed.isEmpty(), state == 0);
     QCOMPARE(page.property("IsTtsEnabled").toBool(), state == 0);
     QVERIFY(page.applyCommand());
     QVERIFY2(TTSSettings().IsTtsEnabled, "the server's trouble is no wish of the user's");

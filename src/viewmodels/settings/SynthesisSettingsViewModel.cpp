@@ -37,6 +37,12 @@ void SynthesisSettingsViewModel::OnTtsStateChanged(const TtsStateInfo &state) {
     }
 }
 
+void SynthesisSettingsViewModel::set_IsTtsEnabled(bool v) {
+    enableTts(v, m_isTtsAvailable);
+    if (get_IsTtsEnabled() != v)
+        emit changed_IsTtsEnabled(!v);
+}
+
 void SynthesisSettingsViewModel::enableTts(bool isWanted, bool isAvailable) {
     const bool before = get_IsTtsEnabled();
     m_isTtsEnabled = isWanted;

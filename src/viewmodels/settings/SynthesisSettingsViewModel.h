@@ -32,8 +32,8 @@ public:
 
     QStringList get_Voices() const { return m_voices; }
     bool get_IsTtsEnabled() const { return m_isTtsEnabled && m_isTtsAvailable; }
-    /// Changes the user's wish.
-    void set_IsTtsEnabled(bool v) { enableTts(v, m_isTtsAvailable); }
+    /// Changes the user's wish. A view whose switch shows it is told where that is not the value.
+    void set_IsTtsEnabled(bool v);
 
 public slots:
     void OnTtsStateChanged(const TtsStateInfo &state);
