@@ -320,7 +320,15 @@ private slots:
             desk().unplugDevices();
             QTRY_COMPARE(recording()->SelectedIndex(), -1);
             desk().restartSessionManager();
-            desk().plugDevices();
+            try {
+                desk().plugDevices();
+            } catch (const std::runtime_error &error) {
+                // Now and then the manager never activates a new node, and the server with it
+                // hangs.
+                qInfo("The sound server hangs, it is restarted: %s", error.what());
+                desk().stopSound();
+                desk().startSound();
+            }
             QTRY_COMPARE(current(), "mic");
         }
         QVERIFY(hears());

@@ -231,7 +231,7 @@ private:
     bool restartSound() {
         m_program->forgetLog();
         desk().stopSound();
-        if (!m_program->waitForLog("pa_context_connect failed"))
+        if (!m_program->waitForLog("Connection to pulse audio failed"))
             return false;
         desk().startSound();
         keepSpeaking();
