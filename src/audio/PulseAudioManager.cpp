@@ -9,6 +9,8 @@
 #include "core/LoggingCategories.h"
 #include "core/settings/RecordingDeviceSettings.h"
 
+#include <QTimer>
+
 namespace {
 /// The thread waits for no server, but libpulse may start one and wait for that.
 constexpr int endLimitMs = 2000;
@@ -33,6 +35,9 @@ PulseAudioManager::PulseAudioManager(QObject *parent)
             m_thread.get(), &QThread::finished, connection,
             [connection, home = thread()] {
                 connection->Cleanup();
+                // One that ran on would be registered anew by an event that may come too late.
+                for (QTimer *timer : connection->findChildren<QTimer *>())
+                    timer->stop();
                 connection->moveToThread(home);
             },
             Qt::DirectConnection);

@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 
 #include <algorithm>
+#include <stdexcept>
 #include <thread>
 
 namespace {
@@ -111,7 +112,6 @@ private slots:
         // percent; with PipeWire it is 85, whose one channel out of two is louder by the root of
         // two.
         QTRY_VERIFY(recording()->CurrentLevel() > 80 && recording()->CurrentLevel() < 87);
-        QTRY_VERIFY(recording()->CurrentLevel() > 80 && recording()->CurrentLevel() < 84);
         recorder.blocks.clear();
         QTRY_VERIFY_WITH_TIMEOUT(recorder.blocks.size() >= 5, patienceMs);
         desk().end(speaker);
